@@ -1,0 +1,44 @@
+#!/usr/bin/env bash
+# usage: consumer.sh BUILD_DIR LIBDIR CXX
+#
+# Installs the build into a scratch prefix, moves it elsewhere, and there builds and runs a project that knows
+# nothing of this tree: with find_package, and with pkg-config.
+set -euo pipefail
+
+build=$1 libdir=$2 cxx=$3
+project=$(cd "$(dirname "$0")" && pwd)/project
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+
+cmake --install "$build" --prefix "$scratch/installed" >"$scratch/log" || { cat "$scratch/log"; exit 1; }
+prefix=$scratch/moved
+mv "$scratch/installed" "$prefix"
+
+# What was installed decides what is tried, and an install without the platform is an error.
+components=(platform)
+if [[ -e $prefix/include/network-topology/translator/V2Sm.h ]]; then
+    components+=(aggregator)
+fi
+
+echo "with find_package:"
+{
+    cmake -S "$project" -B "$scratch/build" -G Ninja -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_PREFIX_PATH="$prefix" \
+        -DCOMPONENTS="$(IFS=';'; echo "${components[*]}")" &&
+    cmake --build "$scratch/build"
+} >"$scratch/log" || { cat "$scratch/log"; exit 1; }
+for component in "${components[@]}"; do
+    "$scratch/build/uses-$component"
+done
+
+echo "with pkg-config:"
+export PKG_CONFIG_PATH=$prefix/$libdir/pkgconfig
+for component in "${components[@]}"; do
+    read -ra flags <<<"$(pkg-config --cflags --libs "network-topology-$component")"
+    "$cxx" -std=c++20 "$project/$component.cpp" -o "$scratch/$component" "${flags[@]}"
+    LD_LIBRARY_PATH=$prefix/$libdir "$scratch/$component"
+done
+
+if [[ -e $prefix/bin/topology-sync ]]; then
+    "$prefix/bin/topology-sync" --help >/dev/null
+    echo "bin/topology-sync starts where it was moved to"
+fi

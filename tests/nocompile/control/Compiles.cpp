@@ -1,0 +1,4 @@
+// EXPECT: no such member
+int answer() {
+    return 42;
+}

@@ -1,0 +1,2 @@
+// EXPECT: a char is one byte
+static_assert(sizeof(char) == 2, "a char is one byte");

@@ -1,0 +1,2 @@
+// EXPECT: deleted function
+static_assert(sizeof(char) == 2, "a char is one byte");

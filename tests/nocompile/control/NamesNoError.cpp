@@ -1,0 +1,1 @@
+static_assert(sizeof(char) == 2, "a char is one byte");
