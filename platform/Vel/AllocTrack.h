@@ -1,0 +1,98 @@
+// Counts of the objects of each tracked class: how many live, how many were ever made.
+//
+// Usage
+//     class Lamp final : public Vel::PtrInterface, public Vel::AllocTracked<Lamp> { ... };
+//     Vel::Ptr<Lamp> lamp = new Lamp;
+//     Lamp::velAllocTrackTypeInfo_->live();    // 1
+//
+// An allocation is counted before the storage is asked for, and taken back when the storage cannot be had or
+// the constructor throws. Records are never destroyed; a library that is unloaded and loaded again finds those
+// of its classes by name.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <new>
+#include <string>
+#include <typeinfo>
+#include <vector>
+
+#include "platform/Vel/Export.h"
+#include "platform/Vel/PtrInterface.h"
+
+namespace Vel {
+
+class VEL_EXPORT AllocTrackTypeInfo {
+  public:
+    // Counts one more object of the class whose record `*record` is; makes the record on first use. Throws
+    // std::bad_alloc, and has then counted nothing.
+    static void trackAllocation(AllocTrackTypeInfo ** record, std::type_info const & type, unsigned int size) {
+        if (!*record) [[unlikely]] *record = recordOf(type, size);
+        add((*record)->live_, 1);
+        add((*record)->total_, 1);
+    }
+    static void trackDeallocation(AllocTrackTypeInfo * record) noexcept { add(record->live_, ~std::uint64_t{0}); }
+
+    // The demangled name of the class.
+    std::string const & typeName() const noexcept { return typeName_; }
+    // Bytes of one object.
+    unsigned int size() const noexcept { return size_; }
+    std::uint64_t live() const noexcept { return live_.load(std::memory_order_relaxed); }
+    std::uint64_t total() const noexcept { return total_.load(std::memory_order_relaxed); }
+
+  private:
+    AllocTrackTypeInfo(std::string typeName, unsigned int size) : typeName_(std::move(typeName)), size_(size) {}
+    static AllocTrackTypeInfo * recordOf(std::type_info const & type, unsigned int size);
+    static void add(std::atomic<std::uint64_t> & counter, std::uint64_t difference) noexcept {
+        if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
+            counter.fetch_add(difference, std::memory_order_relaxed);
+        } else {
+            counter.store(counter.load(std::memory_order_relaxed) + difference, std::memory_order_relaxed);
+        }
+    }
+
+    std::string const typeName_;
+    unsigned int const size_;
+    std::atomic<std::uint64_t> live_ = 0;
+    std::atomic<std::uint64_t> total_ = 0;
+};
+
+// Every tracked class of which an object has been made, in the order of their first objects.
+VEL_EXPORT std::vector<AllocTrackTypeInfo const *> allocTrackTypes();
+
+// Gives class `T`, which names itself here among its bases, tracked `new` and `delete`.
+template <class T>
+class VEL_EXPORT AllocTracked {
+  public:
+    static void * operator new(std::size_t size) {
+        AllocTrackTypeInfo::trackAllocation(&velAllocTrackTypeInfo_, typeid(T), static_cast<unsigned>(size));
+        try {
+            return PtrInterface::velMemAlloc(static_cast<unsigned>(size));
+        } catch (...) {
+            AllocTrackTypeInfo::trackDeallocation(velAllocTrackTypeInfo_);
+            throw;
+        }
+    }
+    static void * operator new(std::size_t, void * storage) noexcept { return storage; }
+    // Runs after the destructor, and when a constructor has thrown.
+    static void operator delete(void * storage) noexcept {
+        PtrInterface::velMemFree(storage);
+        AllocTrackTypeInfo::trackDeallocation(velAllocTrackTypeInfo_);
+    }
+    static void operator delete(void *, void *) noexcept {}
+
+    static AllocTrackTypeInfo * velAllocTrackTypeInfo_;
+
+  protected:
+    AllocTracked() noexcept = default;
+    ~AllocTracked() = default;
+};
+
+template <class T>
+AllocTrackTypeInfo * AllocTracked<T>::velAllocTrackTypeInfo_ = nullptr;
+
+// The readable name of a class.
+VEL_EXPORT std::string demangled(char const * mangled);
+
+}  // namespace Vel

@@ -1,0 +1,34 @@
+// A model object: what reactors follow and collections hold.
+#pragma once
+
+#include <utility>
+
+#include "platform/Vel/Export.h"
+#include "platform/Vel/HashMap.h"
+#include "platform/Vel/NotifieeConst.h"
+
+namespace Vel {
+
+class VEL_EXPORT Entity : public HashMapMember {
+  public:
+    NotifieeList * notifieeList() const override;
+
+  protected:
+    Entity() noexcept = default;
+
+    NotifieeList const & notifiees() const noexcept { return notifiees_; }
+
+  private:
+    mutable NotifieeList notifiees_;
+};
+
+// Stores `value` in `field` and tells whether that changed it. Every mutator asks, because an equal write
+// changes nothing and notifies nobody.
+template <class T>
+bool replaced(T & field, T const & value) {
+    if (field == value) return false;
+    field = value;
+    return true;
+}
+
+}  // namespace Vel

@@ -1,0 +1,169 @@
+#include "platform/Vel/HashMap.h"
+
+#include <algorithm>
+#include <bit>
+#include <cassert>
+#include <new>
+#include <utility>
+
+namespace Vel {
+
+HashMapGeneric::HashMapGeneric(unsigned initialSize) noexcept
+    : initialBucketBits_(static_cast<std::uint8_t>(
+          std::min<unsigned>(std::bit_width(initialSize ? initialSize - 1 : 0u), kMostBucketBits))) {}
+
+void HashMapGeneric::newMemberG(Ptr<HashMapMember> member, KeyTable const & keys) noexcept {
+    void const * const key = keys.key(*member);
+    member->bucketHash_ = keys.hash(key);
+    if (size_ >= buckets()) grow();
+    Ptr<HashMapMember> * link = &buckets_[bucketOf(member->bucketHash_, bucketBits_)];
+    while (*link && keys.keyLessThan(**link, key)) link = &(*link)->bucketNext_;
+    member->bucketNext_ = std::move(*link);
+    *link = std::move(member);
+    ++size_;
+    ++modificationCount_;
+}
+
+Ptr<HashMapMember> HashMapGeneric::deleteMember(void const * key, KeyTable const & keys) noexcept {
+    std::uint32_t const hash = keys.hash(key);
+    Ptr<HashMapMember> * link = &buckets_[bucketOf(hash, bucketBits_)];
+    while (*link && !((*link)->bucketHash_ == hash && keys.keyEquals(**link, key))) link = &(*link)->bucketNext_;
+    if (!*link) return nullptr;
+    // The link moves past the member, which must not keep its old successors alive.
+    Ptr<HashMapMember> member = std::move(*link);
+    *link = std::move(member->bucketNext_);
+    --size_;
+    ++modificationCount_;
+    return member;
+}
+
+void HashMapGeneric::emptyAllBuckets() noexcept {
+    // A member's destructor may come back to this collection, so nothing is assumed between two members.
+    while (size_ != 0) {
+        for (std::uint32_t bucket = 0; bucket < buckets(); ++bucket) {
+            while (buckets_[bucket]) {
+                Ptr<HashMapMember> const member = std::move(buckets_[bucket]);
+                buckets_[bucket] = std::move(member->bucketNext_);
+                --size_;
+                ++modificationCount_;
+            }
+        }
+    }
+    if (buckets_ == &single_) return;
+    delete[] std::exchange(buckets_, &single_);
+    bucketBits_ = 0;
+}
+
+HashMapMember * HashMapGeneric::lookupG(void const * key, KeyTable const & keys) const noexcept {
+    std::uint32_t const hash = keys.hash(key);
+    HashMapMember * member = startAtHash(hash);
+    while (member && !(member->bucketHash_ == hash && keys.keyEquals(*member, key))) {
+        member = member->bucketNext_.get();
+    }
+    return member;
+}
+
+void HashMapGeneric::grow() noexcept {
+    unsigned const bits = std::max<unsigned>(bucketBits_ + 1u, initialBucketBits_);
+    if (bits > kMostBucketBits) return;
+    auto * const grown = new (std::nothrow) Ptr<HashMapMember>[std::size_t{1} << bits];
+    if (!grown) return;
+    // Buckets are split from the last member to the first by pushing at the front of a reversed chain, which
+    // keeps the order of keys without remembering where each new bucket ends.
+    for (std::uint32_t bucket = 0; bucket < buckets(); ++bucket) {
+        Ptr<HashMapMember> reversed;
+        while (buckets_[bucket]) {
+            Ptr<HashMapMember> member = std::move(buckets_[bucket]);
+            buckets_[bucket] = std::move(member->bucketNext_);
+            member->bucketNext_ = std::move(reversed);
+            reversed = std::move(member);
+        }
+        while (reversed) {
+            Ptr<HashMapMember> member = std::move(reversed);
+            reversed = std::move(member->bucketNext_);
+            Ptr<HashMapMember> & target = grown[bucketOf(member->bucketHash_, bits)];
+            member->bucketNext_ = std::move(target);
+            target = std::move(member);
+        }
+    }
+    if (buckets_ != &single_) delete[] buckets_;
+    buckets_ = grown;
+    bucketBits_ = static_cast<std::uint8_t>(bits);
+    ++modificationCount_;
+}
+
+HashMapMember * HashMapGeneric::findNextG(HashMapMember const * member, unsigned bucketBits, KeyTable const & keys,
+                                          std::uint32_t & bucket) const noexcept {
+    assert(bucketBits <= bucketBits_);
+    // Each bucket of the walk's order is this many neighbours now.
+    std::uint32_t const split = std::uint32_t{1} << (bucketBits_ - bucketBits);
+    void const * const key = member ? keys.key(*member) : nullptr;
+    std::uint32_t const first = member ? bucketOf(member->bucketHash_, bucketBits) : 0;
+    for (std::uint32_t b = first; b < std::uint32_t{1} << bucketBits; ++b) {
+        HashMapMember * smallest = nullptr;
+        for (std::uint32_t part = b * split; part < (b + 1) * split; ++part) {
+            HashMapMember * candidate = buckets_[part].get();
+            if (member && b == first) {
+                while (candidate && (keys.keyLessThan(*candidate, key) || keys.keyEquals(*candidate, key))) {
+                    candidate = candidate->bucketNext_.get();
+                }
+            }
+            if (candidate && (!smallest || keys.keyLessThan(*candidate, keys.key(*smallest)))) {
+                smallest = candidate;
+            }
+        }
+        if (smallest) {
+            bucket = b;
+            return smallest;
+        }
+    }
+    return nullptr;
+}
+
+HashMapMember * HashMapGeneric::findNextBucket(std::uint32_t & bucket) const noexcept {
+    while (++bucket < buckets()) {
+        if (buckets_[bucket]) return buckets_[bucket].get();
+    }
+    return nullptr;
+}
+
+HashMapIteratorGeneric::HashMapIteratorGeneric(HashMapGeneric const & map,
+                                               HashMapGeneric::KeyTable const & keys) noexcept
+    : map_(&map),
+      keys_(&keys),
+      modificationCount_(map.modificationCount()),
+      bucketBits_(static_cast<std::uint8_t>(map.bucketBits())) {
+    current_ = map.findNextG(nullptr, bucketBits_, keys, bucket_);
+}
+
+HashMapIteratorGeneric::HashMapIteratorGeneric(HashMapGeneric const & map,
+                                               HashMapGeneric::KeyTable const & keys,
+                                               HashMapMember * member) noexcept
+    : map_(&map),
+      keys_(&keys),
+      current_(member),
+      modificationCount_(map.modificationCount()),
+      bucketBits_(static_cast<std::uint8_t>(map.bucketBits())) {
+    if (member) bucket_ = HashMapGeneric::bucketOf(HashMapGeneric::bucketHash(*member), bucketBits_);
+}
+
+void HashMapIteratorGeneric::advance() noexcept {
+    if (!current_) return;
+    if (map_->modificationCount() != modificationCount_) {
+        modificationCount_ = map_->modificationCount();
+        // A collection that was emptied has given its buckets back; whatever it holds now was added since.
+        bucketBits_ = std::min(bucketBits_, static_cast<std::uint8_t>(map_->bucketBits()));
+        current_ = map_->findNextG(current_.get(), bucketBits_, *keys_, bucket_);
+        return;
+    }
+    HashMapMember * next;
+    if (map_->bucketBits() == bucketBits_) {
+        next = HashMapGeneric::nextInBucket(*current_);
+        if (!next) next = map_->findNextBucket(bucket_);
+    } else {
+        next = map_->findNextG(current_.get(), bucketBits_, *keys_, bucket_);
+    }
+    current_ = next;
+}
+
+}  // namespace Vel

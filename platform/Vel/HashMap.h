@@ -1,0 +1,278 @@
+// Entity collections: intrusive hash collections of framework objects.
+//
+// Each member carries its bucket link (a counted reference to the next member of its bucket) and the hash of
+// the key under which it was inserted. The number of buckets is a power of two; the bucket of a key is the top
+// bits of its 32-bit hash; within a bucket, members stand in the order of their keys. A name hashes to the
+// bit-reversed hash of its string, 0 for the empty name; a pointer to the hash of its value, 0 for null.
+//
+// Growth
+//     Empty collections and those of one member need no bucket array. The array doubles when there are more
+//     members than buckets and never shrinks. When memory for it cannot be had, chains grow longer instead.
+//
+// Walking while the collection changes
+//     An iterator holds its current member. Removing that member, or any other, and inserting members is
+//     allowed during a walk: no member that is there from the beginning to the end of a walk is missed or met
+//     twice, even if the collection grows meanwhile, because an iterator keeps to the order of the bucket
+//     count with which it started. Members added during a walk may or may not be met.
+//
+// Keys
+//     A member is found under the key with which it was inserted, whatever it says of itself later. So a member
+//     class offers `collectionKey()`, which never changes between insertion and removal.
+//
+// One engine, `HashMapGeneric`, does the work for all instantiations; the typed skin `HashMap` casts.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <type_traits>
+
+#include "platform/Vel/Export.h"
+#include "platform/Vel/Name.h"
+#include "platform/Vel/Ptr.h"
+#include "platform/Vel/PtrInterface.h"
+
+namespace Vel {
+
+// What an object needs to stand in a collection.
+class HashMapMember : public PtrInterface {
+  protected:
+    HashMapMember() noexcept = default;
+
+  private:
+    friend class HashMapGeneric;
+    std::uint32_t bucketHash_ = 0;
+    Ptr<HashMapMember> bucketNext_;
+};
+
+class VEL_EXPORT HashMapGeneric {
+  public:
+    // The key callbacks of an instantiation. `key` points to a key of the instantiation's key type.
+    struct KeyTable {
+        std::uint32_t (*hash)(void const * key);
+        bool (*keyEquals)(HashMapMember const & member, void const * key);
+        bool (*keyLessThan)(HashMapMember const & member, void const * key);
+        // The key under which `member` stands, or stood when it was removed.
+        void const * (*key)(HashMapMember const & member);
+    };
+
+    HashMapGeneric(HashMapGeneric const &) = delete;
+    HashMapGeneric & operator=(HashMapGeneric const &) = delete;
+
+    std::uint32_t size() const noexcept { return size_; }
+    std::uint32_t modificationCount() const noexcept { return modificationCount_; }
+    unsigned bucketBits() const noexcept { return bucketBits_; }
+    static constexpr std::uint32_t bucketOf(std::uint32_t hash, unsigned bucketBits) noexcept {
+        return static_cast<std::uint32_t>((std::uint64_t{hash} << bucketBits) >> 32);
+    }
+
+  protected:
+    friend class HashMapIteratorGeneric;
+
+    // `initialSize` is the number of members that the first bucket array has room for.
+    explicit HashMapGeneric(unsigned initialSize) noexcept;
+    ~HashMapGeneric() { emptyAllBuckets(); }
+
+    // Inserts `member` under its key. REQUIRES: no member stands under that key, and `member` stands nowhere.
+    void newMemberG(Ptr<HashMapMember> member, KeyTable const & keys) noexcept;
+    // Takes the member of that key out and returns it; null when there is none.
+    Ptr<HashMapMember> deleteMember(void const * key, KeyTable const & keys) noexcept;
+    // Takes every member out, one by one, so that no chain is released recursively; frees the buckets.
+    void emptyAllBuckets() noexcept;
+    // The first member of the bucket in which members of that hash stand; null when it is empty.
+    HashMapMember * startAtHash(std::uint32_t hash) const noexcept {
+        return buckets_[bucketOf(hash, bucketBits_)].get();
+    }
+    HashMapMember * lookupG(void const * key, KeyTable const & keys) const noexcept;
+
+    static HashMapMember * nextInBucket(HashMapMember const & member) noexcept {
+        return member.bucketNext_.get();
+    }
+    static std::uint32_t bucketHash(HashMapMember const & member) noexcept { return member.bucketHash_; }
+
+    // The member after `member`, which may have left, in bucket-then-key order, or the first one when given
+    // none; `bucketBits`, at most that of the collection, says how many buckets that order has. Sets `bucket`.
+    HashMapMember * findNextG(HashMapMember const * member, unsigned bucketBits, KeyTable const & keys,
+                              std::uint32_t & bucket) const noexcept;
+    // The first member of the first non-empty bucket after `bucket`, which it moves on. REQUIRES: `bucket` is
+    // one of the present array.
+    HashMapMember * findNextBucket(std::uint32_t & bucket) const noexcept;
+
+  private:
+    static constexpr unsigned kMostBucketBits = 31;
+
+    std::uint32_t buckets() const noexcept { return std::uint32_t{1} << bucketBits_; }
+    void grow() noexcept;
+
+    Ptr<HashMapMember> single_;  // The only bucket until there is an array.
+    Ptr<HashMapMember> * buckets_ = &single_;
+    std::uint32_t size_ = 0;
+    std::uint32_t modificationCount_ = 0;
+    std::uint8_t bucketBits_ = 0;
+    std::uint8_t initialBucketBits_;
+};
+
+class VEL_EXPORT HashMapIteratorGeneric {
+  public:
+    HashMapIteratorGeneric(HashMapGeneric const & map, HashMapGeneric::KeyTable const & keys) noexcept;
+    // Starts at `member`; null is the end.
+    HashMapIteratorGeneric(HashMapGeneric const & map, HashMapGeneric::KeyTable const & keys,
+                           HashMapMember * member) noexcept;
+
+    // Null at the end.
+    Ptr<HashMapMember> const & current() const noexcept { return current_; }
+    // Does nothing at the end.
+    void advance() noexcept;
+
+  private:
+    HashMapGeneric const * map_;
+    HashMapGeneric::KeyTable const * keys_;
+    Ptr<HashMapMember> current_;
+    std::uint32_t bucket_ = 0;
+    std::uint32_t modificationCount_;
+    std::uint8_t bucketBits_;
+};
+
+// The framework's integer hash. `kReversed` tells whether the result is bit-reversed.
+template <bool kReversed>
+struct VelHashBase {
+    static std::uint32_t hashU32(std::uintptr_t value) noexcept {
+        std::uint64_t mixed = value * 0x9e3779b97f4a7c15u;
+        mixed ^= mixed >> 32;
+        mixed *= 0xd6e8feb86659fd93u;
+        auto const hash = static_cast<std::uint32_t>(mixed >> 32);
+        return kReversed ? bitReverse(hash) : hash;
+    }
+};
+
+// How keys of a type hash and compare. A key type of a model offers `hash()`, `==` and `<`.
+template <class Key>
+struct HashMapKey {
+    static std::uint32_t hash(Key const & key) noexcept { return key.hash(); }
+    static bool equals(Key const & a, Key const & b) noexcept { return a == b; }
+    static bool lessThan(Key const & a, Key const & b) noexcept { return a < b; }
+};
+template <>
+struct HashMapKey<Name> {
+    static std::uint32_t hash(Name const & key) noexcept { return key.reversedHash(); }
+    static bool equals(Name const & a, Name const & b) noexcept { return a == b; }
+    static bool lessThan(Name const & a, Name const & b) noexcept { return a < b; }
+};
+template <class T>
+struct HashMapKey<Ptr<T>> {
+    static std::uint32_t hash(Ptr<T> const & key) noexcept {
+        return key ? VelHashBase<false>::hashU32(value(key)) : 0;
+    }
+    static bool equals(Ptr<T> const & a, Ptr<T> const & b) noexcept { return a == b; }
+    static bool lessThan(Ptr<T> const & a, Ptr<T> const & b) noexcept { return value(a) < value(b); }
+
+  private:
+    static std::uintptr_t value(Ptr<T> const & key) noexcept { return reinterpret_cast<std::uintptr_t>(key.get()); }
+};
+
+// Steps over a collection of `Member`, which may be const.
+template <class Member>
+class HashMapIterator {
+  public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = Ptr<Member>;
+    using difference_type = std::ptrdiff_t;
+    using pointer = Ptr<Member> const *;
+    using reference = Ptr<Member> const &;
+
+    explicit HashMapIterator(HashMapIteratorGeneric generic) noexcept : generic_(std::move(generic)) { settle(); }
+
+    // Valid until the iterator moves. Null at the end.
+    Ptr<Member> const & operator*() const noexcept { return current_; }
+    Ptr<Member> const * operator->() const noexcept { return &current_; }
+    HashMapIterator & operator++() noexcept {
+        generic_.advance();
+        settle();
+        return *this;
+    }
+    void operator++(int) noexcept { ++*this; }
+    explicit operator bool() const noexcept { return bool(current_); }
+    friend bool operator==(HashMapIterator const & a, std::default_sentinel_t) noexcept { return !a.current_; }
+
+  private:
+    void settle() noexcept { current_ = static_cast<Member *>(generic_.current().get()); }
+
+    HashMapIteratorGeneric generic_;
+    Ptr<Member> current_;
+};
+
+// What `for (auto const & member : object->collection())` walks. Keeps the object that owns the collection
+// alive for the walk.
+template <class Map, class Iterator>
+class HashMapRange {
+  public:
+    HashMapRange(Map const & map, PtrInterface const & owner) noexcept : keepOwner_(owner), map_(map) {}
+
+    Iterator begin() const noexcept { return map_.template iterator<Iterator>(); }
+    std::default_sentinel_t end() const noexcept { return {}; }
+    std::uint32_t size() const noexcept { return map_.size(); }
+    bool empty() const noexcept { return map_.size() == 0; }
+
+  private:
+    KeepAlive const keepOwner_;
+    Map const & map_;
+};
+
+// The typed skin. `Model` is the class that owns the collection.
+template <class Member, class Key, class Model>
+class HashMap : public HashMapGeneric {
+  public:
+    using Range = HashMapRange<HashMap, HashMapIterator<Member>>;
+    using ConstRange = HashMapRange<HashMap, HashMapIterator<Member const>>;
+
+    explicit HashMap(unsigned initialSize) noexcept : HashMapGeneric(initialSize) {}
+
+    // The member of that key, or null. Never inserts.
+    Member * operator[](Key const & key) const noexcept {
+        return find(HashMapKey<Key>::hash(key), [&](Member const & member) {
+            return HashMapKey<Key>::equals(member.collectionKey(), key);
+        });
+    }
+    // The same for a key in another form: its hash, and whether it is that of a member.
+    template <class IsKeyOf>
+    Member * find(std::uint32_t hash, IsKeyOf const & isKeyOf) const noexcept {
+        for (HashMapMember * m = startAtHash(hash); m; m = nextInBucket(*m)) {
+            auto * const member = static_cast<Member *>(m);
+            if (bucketHash(*m) == hash && isKeyOf(*member)) return member;
+        }
+        return nullptr;
+    }
+    void newMember(Ptr<Member> member) noexcept { newMemberG(std::move(member), kKeys); }
+    Ptr<Member> deleteMember(Key const & key) noexcept {
+        return Ptr<Member>::adopted(static_cast<Member *>(HashMapGeneric::deleteMember(&key, kKeys).release()));
+    }
+    using HashMapGeneric::emptyAllBuckets;
+
+    template <class Iterator = HashMapIterator<Member>>
+    Iterator iterator() const noexcept {
+        return Iterator(HashMapIteratorGeneric(*this, kKeys));
+    }
+    // Starts at the member of that key; at the end when there is none.
+    template <class Iterator = HashMapIterator<Member>>
+    Iterator iteratorAt(Key const & key) const noexcept {
+        return Iterator(HashMapIteratorGeneric(*this, kKeys, (*this)[key]));
+    }
+
+  private:
+    static Key const & keyOf(HashMapMember const & member) noexcept {
+        return static_cast<Member const &>(member).collectionKey();
+    }
+    static Key const & keyAt(void const * key) noexcept { return *static_cast<Key const *>(key); }
+
+    static constexpr KeyTable kKeys{
+        [](void const * key) { return HashMapKey<Key>::hash(keyAt(key)); },
+        [](HashMapMember const & member, void const * key) {
+            return HashMapKey<Key>::equals(keyOf(member), keyAt(key));
+        },
+        [](HashMapMember const & member, void const * key) {
+            return HashMapKey<Key>::lessThan(keyOf(member), keyAt(key));
+        },
+        [](HashMapMember const & member) -> void const * { return &keyOf(member); }};
+};
+
+}  // namespace Vel

@@ -1,0 +1,153 @@
+// Value collections: hash maps from a key to a value (a reference, a flag), for attributes such as the logical
+// ports of a host.
+//
+// The entries are nodes of the same engine that holds entity collections, so order, growth and walks that
+// survive removals are those of HashMap.h. An iterator holds its entry: after the entry has been removed, its
+// key and value stay readable until the iterator moves.
+//
+// Usage
+//     for (auto const & entry : host->logicalPort()) use(entry.key(), entry.value());
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <utility>
+
+#include "platform/Vel/AllocTrack.h"
+#include "platform/Vel/HashMap.h"
+
+namespace Vel {
+
+// Keys as lookups take them: what identifies the key, without a counted reference to it.
+namespace HashHelper {
+
+struct KeyPointer {
+    PtrInterface const * pointer;
+};
+struct KeyString {
+    String const & string;
+};
+
+}  // namespace HashHelper
+
+// Lookups that work on every value collection.
+struct HashMap2018Generic {
+    // The entry of that key in `table`, or null.
+    template <class Table>
+    static auto lookupNodeG(Table const & table, HashHelper::KeyPointer key) noexcept {
+        std::uint32_t const hash =
+            key.pointer ? VelHashBase<false>::hashU32(reinterpret_cast<std::uintptr_t>(key.pointer)) : 0;
+        return table.find(hash, [&](auto const & node) { return node.key() == key.pointer; });
+    }
+    template <class Table>
+    static auto lookupNodeG(Table const & table, HashHelper::KeyString key) noexcept {
+        return table.find(key.string.reversedHash(), [&](auto const & node) { return node.key() == key.string; });
+    }
+};
+
+// One entry.
+template <class Tag, class Key, class Value>
+class HashMap2018Node final : public HashMapMember, public AllocTracked<HashMap2018Node<Tag, Key, Value>> {
+  public:
+    HashMap2018Node(Key key, Value value) : key_(std::move(key)), value_(std::move(value)) {}
+
+    Key const & key() const noexcept { return key_; }
+    Value const & value() const noexcept { return value_; }
+    // False from the moment when the entry has been removed.
+    bool isPresent() const noexcept { return present_; }
+
+    Key const & collectionKey() const noexcept { return key_; }
+
+  private:
+    template <class, class, class>
+    friend class HashMap2018;
+
+    bool present_ = true;
+    Key const key_;
+    Value value_;
+};
+
+template <class Node>
+class HashMap2018Iterator {
+  public:
+    using iterator_category = std::input_iterator_tag;
+    using value_type = Node;
+    using difference_type = std::ptrdiff_t;
+    using pointer = Node const *;
+    using reference = Node const &;
+
+    explicit HashMap2018Iterator(HashMapIteratorGeneric generic) noexcept : generic_(std::move(generic)) {}
+
+    void advance() noexcept { generic_.advance(); }
+    // The entry that the iterator stands on, removed or not; null at the end.
+    Node const * currNodeMaybeStale() const noexcept {
+        return static_cast<Node const *>(generic_.current().get());
+    }
+    // Null also when the entry has been removed.
+    Node const * currNodeNonStale() const noexcept {
+        Node const * const node = currNodeMaybeStale();
+        return node && node->isPresent() ? node : nullptr;
+    }
+
+    Node const & operator*() const noexcept { return *currNodeMaybeStale(); }
+    Node const * operator->() const noexcept { return currNodeMaybeStale(); }
+    HashMap2018Iterator & operator++() noexcept {
+        advance();
+        return *this;
+    }
+    void operator++(int) noexcept { advance(); }
+    explicit operator bool() const noexcept { return currNodeMaybeStale() != nullptr; }
+    friend bool operator==(HashMap2018Iterator const & a, std::default_sentinel_t) noexcept {
+        return a.currNodeMaybeStale() == nullptr;
+    }
+
+  private:
+    HashMapIteratorGeneric generic_;
+};
+
+// `Tag` names the attribute, so that the entries of each are tracked under a name of their own.
+template <class Tag, class Key, class Value>
+class HashMap2018 : public HashMap2018Generic {
+  public:
+    using Node = HashMap2018Node<Tag, Key, Value>;
+    using Iterator = HashMap2018Iterator<Node>;
+    using Range = HashMapRange<HashMap2018, Iterator>;
+
+    std::uint32_t size() const noexcept { return nodes_.size(); }
+
+    // The entry of that key, or null.
+    Node const * operator[](Key const & key) const noexcept { return nodes_[key]; }
+    template <class IsKeyOf>
+    Node const * find(std::uint32_t hash, IsKeyOf const & isKeyOf) const noexcept {
+        return nodes_.find(hash, isKeyOf);
+    }
+
+    // Sets the value of `key`, adding an entry when there is none; false when it had that value already.
+    bool valueIs(Key const & key, Value const & value) {
+        if (Node * const node = nodes_[key]) {
+            if (node->value_ == value) return false;
+            node->value_ = value;
+        } else {
+            nodes_.newMember(new Node(key, value));
+        }
+        return true;
+    }
+    // False when there was no such entry.
+    bool valueDel(Key const & key) noexcept {
+        Vel::Ptr<Node> const node = nodes_.deleteMember(key);
+        if (node) node->present_ = false;
+        return bool(node);
+    }
+
+    template <class AnyIterator = Iterator>
+    AnyIterator iterator() const noexcept {
+        return nodes_.template iterator<AnyIterator>();
+    }
+    Iterator iteratorAt(Key const & key) const noexcept { return nodes_.template iteratorAt<Iterator>(key); }
+
+  private:
+    HashMap<Node, Key, Tag> nodes_{1};
+};
+
+}  // namespace Vel

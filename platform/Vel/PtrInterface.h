@@ -1,0 +1,153 @@
+// The base of every framework object: a virtual table and one reference word.
+//
+// Usage
+//     class Lamp final : public Vel::PtrInterface { ... };
+//     Vel::Ptr<Lamp> lamp = new Lamp;     // one reference; the last one to go destroys the lamp
+//
+// The reference word
+//     bit 31      marked for deletion: the object is a zombie
+//     bit 30      held: the object is being destroyed, so its count never reaches zero again
+//     bit 29      notification active: a reactor gets callbacks
+//     bits 0..28  the number of references
+// The count is zero when none of the bits under 0x5fffffff is set. References made while the destructor runs
+// (a reactor hands out references to itself when it retires) come and go without a second destruction,
+// because bit 30 belongs to that mask. A count that has reached its largest value stays there: the object is
+// then never destroyed, which is a leak but no use after free, and no flag is ever touched by a carry.
+//
+// Threads
+//     `VFPtrInterface::threadSafePointers_` makes every change of the word an atomic read-modify-write
+//     operation. It must be set before the first object is made and never changed after that. Everything but
+//     the word itself stays the business of one thread.
+//
+// Objects outside the heap
+//     An object on the stack, or one still inside its constructor, has count 0. A reference to it that comes
+//     and goes would destroy it; `KeepAlive` therefore takes one only where the count is not zero.
+//
+// Destruction
+//     Long chains of references do not overflow the stack: past a small depth, objects whose count reaches
+//     zero wait in a work list until the outer destructor has ended.
+#pragma once
+
+#include <atomic>
+#include <cassert>
+#include <cstdint>
+
+#include "platform/Vel/Export.h"
+
+namespace Vel {
+
+class NotifieeList;
+class VelType;
+
+struct VEL_EXPORT VFPtrInterface {
+    static bool threadSafePointers_;
+};
+
+class VEL_EXPORT PtrInterface {
+  public:
+    class NotifieeConst;
+
+    static constexpr std::uint32_t kMarkedForDeletion = 1u << 31;
+    static constexpr std::uint32_t kHeld = 1u << 30;
+    static constexpr std::uint32_t kNotificationActive = 1u << 29;
+    static constexpr std::uint32_t kReferences = kNotificationActive - 1;
+    static constexpr std::uint32_t kCountMask = 0x5fffffff;
+
+    PtrInterface(PtrInterface const &) = delete;
+    PtrInterface & operator=(PtrInterface const &) = delete;
+
+    // The reactors that follow this object; null when nothing can follow it.
+    virtual NotifieeList * notifieeList() const;
+    virtual void hasNotificationActiveIs(bool active);
+    // Called with true when the last reference has gone. The default destroys the object.
+    virtual void zeroReferencesIs(bool zero);
+    // The type record of the object's class; null when it has none.
+    virtual VelType const * fwkType() const;
+    virtual ~PtrInterface();
+
+    bool hasNotificationActive() const noexcept { return (word() & kNotificationActive) != 0; }
+    bool velMarkedForDeletion() const noexcept { return (word() & kMarkedForDeletion) != 0; }
+    void velMarkedForDeletionIs(bool marked) const noexcept { flagIs(kMarkedForDeletion, marked); }
+
+    // How many counted references there are now.
+    std::uint32_t references() const noexcept { return word() & kReferences; }
+
+    // True once the last reference has gone or the destructor runs.
+    bool isBeingDestroyed() const noexcept { return (word() & kHeld) != 0; }
+
+    // True while a counted reference may come and go without destroying the object.
+    bool isCounted() const noexcept { return (word() & kCountMask) != 0; }
+
+    void referenceNew() const noexcept;
+    void referenceDel() const noexcept;
+
+    // Destroys the object through `zeroReferencesIs(true)`, now or when the destructors that are running on
+    // this thread have ended. REQUIRES: the count is zero.
+    void handleZeroRef() const noexcept;
+
+    // The storage of framework objects. Throws std::bad_alloc.
+    static void * velMemAlloc(unsigned int size);
+    static void velMemFree(void * storage) noexcept;
+
+    // Puts the number of references near its end, which no test can reach by counting.
+    void referencesIsForTesting(std::uint32_t count) const noexcept;
+
+  protected:
+    PtrInterface() noexcept = default;
+
+    // The first act of a destructor that hands out references to its object.
+    void heldIs() const noexcept { flagIs(kHeld, true); }
+    void notificationActiveFlagIs(bool active) const noexcept { flagIs(kNotificationActive, active); }
+
+  private:
+    std::uint32_t word() const noexcept {
+        if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
+            return std::atomic_ref<std::uint32_t>(word_).load(std::memory_order_acquire);
+        }
+        return word_;
+    }
+    void flagIs(std::uint32_t flag, bool on) const noexcept;
+    void referenceNewAtomic() const noexcept;
+    void referenceDelAtomic() const noexcept;
+
+    mutable std::uint32_t word_ = 0;
+};
+
+inline void PtrInterface::referenceNew() const noexcept {
+    if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
+        referenceNewAtomic();
+    } else if ((word_ & kReferences) != kReferences) [[likely]] {
+        ++word_;
+    }
+}
+
+inline void PtrInterface::referenceDel() const noexcept {
+    if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
+        referenceDelAtomic();
+        return;
+    }
+    assert((word_ & kReferences) != 0 && "more references released than taken");
+    if ((word_ & kReferences) == kReferences) [[unlikely]] return;
+    if ((--word_ & kCountMask) == 0) handleZeroRef();
+}
+
+// Keeps an object alive for a scope, whoever lets go of it meanwhile; does nothing for an object that is not
+// counted (yet), because a passing reference would destroy it.
+class KeepAlive {
+  public:
+    explicit KeepAlive(PtrInterface const & object) noexcept : object_(object.isCounted() ? &object : nullptr) {
+        if (object_) object_->referenceNew();
+    }
+    ~KeepAlive() {
+        if (object_) object_->referenceDel();
+    }
+    KeepAlive(KeepAlive const &) = delete;
+    KeepAlive & operator=(KeepAlive const &) = delete;
+
+    bool holds() const noexcept { return object_ != nullptr; }
+
+  private:
+    PtrInterface const * object_;
+};
+
+}  // namespace Vel
