@@ -38,6 +38,13 @@ for component in "${components[@]}"; do
     LD_LIBRARY_PATH=$prefix/$libdir "$scratch/$component"
 done
 
+for component in "${components[@]}"; do
+    library=$prefix/$libdir/libnetwork-topology-$component.so
+    if [[ -e $library ]]; then
+        (cd "$prefix/$libdir" && LD_LIBRARY_PATH=. "$scratch/build/unloads" "$(basename "$library")")
+    fi
+done
+
 if [[ -e $prefix/bin/topology-sync ]]; then
     "$prefix/bin/topology-sync" --help >/dev/null
     echo "bin/topology-sync starts where it was moved to"

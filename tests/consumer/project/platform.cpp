@@ -22,6 +22,7 @@ int main() {
     Vel::Ptr<Lamp const> const second = std::exchange(lamp, nullptr);
     bool const kept = lit && second->references() == 1;
     lamp = nullptr;
-    std::printf("platform: %s\n", kept && lit ? "a counted reference keeps its object" : "the object was lost");
+    std::printf("platform: %s\n",
+                kept && lit ? "a counted reference keeps its object" : "the object was lost");
     return kept && lit ? 0 : 1;
 }

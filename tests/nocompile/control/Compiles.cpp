@@ -1,4 +1,2 @@
 // EXPECT: no such member
-int answer() {
-    return 42;
-}
+int answer() { return 42; }
