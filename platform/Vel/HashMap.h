@@ -210,6 +210,11 @@ class HashMapRange {
 
     Iterator begin() const noexcept { return map_.template iterator<Iterator>(); }
     std::default_sentinel_t end() const noexcept { return {}; }
+    // From the member of that key on; the end when there is none.
+    template <class Key>
+    Iterator at(Key const & key) const noexcept {
+        return map_.template iteratorAt<Iterator>(key);
+    }
     std::uint32_t size() const noexcept { return map_.size(); }
     bool empty() const noexcept { return map_.size() == 0; }
 

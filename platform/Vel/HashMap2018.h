@@ -144,7 +144,10 @@ class HashMap2018 : public HashMap2018Generic {
     AnyIterator iterator() const noexcept {
         return nodes_.template iterator<AnyIterator>();
     }
-    Iterator iteratorAt(Key const & key) const noexcept { return nodes_.template iteratorAt<Iterator>(key); }
+    template <class AnyIterator = Iterator>
+    AnyIterator iteratorAt(Key const & key) const noexcept {
+        return nodes_.template iteratorAt<AnyIterator>(key);
+    }
 
   private:
     HashMap<Node, Key, Tag> nodes_{1};

@@ -7,8 +7,10 @@ namespace Vel {
 
 // A string that names something; the key of entity collections. A type of its own, so that a name and a text
 // are told apart where types are looked at.
-class Name : public String {
+class VEL_EXPORT Name : public String {
   public:
+    static VelType const _velType;
+
     constexpr Name() noexcept = default;
     Name(char const * bytes, unsigned int size) : String(bytes, size) {}
     Name(std::convertible_to<std::string_view> auto const & bytes) : String(bytes) {}

@@ -47,6 +47,9 @@ class VEL_EXPORT PtrInterface {
   public:
     class NotifieeConst;
 
+    // The record of objects of which nothing else is known.
+    static VelType const _velType;
+
     static constexpr std::uint32_t kMarkedForDeletion = 1u << 31;
     static constexpr std::uint32_t kHeld = 1u << 30;
     static constexpr std::uint32_t kNotificationActive = 1u << 29;

@@ -27,8 +27,12 @@ constexpr std::uint32_t bitReverse(std::uint32_t value) noexcept {
     return value >> 16 | value << 16;
 }
 
+class VelType;
+
 class VEL_EXPORT String {
   public:
+    static VelType const _velType;
+
     // What a non-empty string points to; the bytes and a terminating NUL follow it in memory.
     class VEL_EXPORT Data {
       public:
