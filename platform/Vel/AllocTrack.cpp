@@ -24,8 +24,8 @@ Registry & registry() {
 
 std::string demangled(char const * mangled) {
     int status = 0;
-    std::unique_ptr<char, void (*)(void *)> const name(abi::__cxa_demangle(mangled, nullptr, nullptr, &status),
-                                                       std::free);
+    std::unique_ptr<char, void (*)(void *)> const name(
+        abi::__cxa_demangle(mangled, nullptr, nullptr, &status), std::free);
     return status == 0 ? name.get() : mangled;
 }
 

@@ -6,8 +6,8 @@
 //     Lamp::velAllocTrackTypeInfo_->live();    // 1
 //
 // An allocation is counted before the storage is asked for, and taken back when the storage cannot be had or
-// the constructor throws. Records are never destroyed; a library that is unloaded and loaded again finds those
-// of its classes by name.
+// the constructor throws. Records are never destroyed; a library that is unloaded and loaded again finds
+// those of its classes by name.
 #pragma once
 
 #include <atomic>
@@ -24,15 +24,19 @@
 namespace Vel {
 
 class VEL_EXPORT AllocTrackTypeInfo {
-  public:
+public:
     // Counts one more object of the class whose record `*record` is; makes the record on first use. Throws
     // std::bad_alloc, and has then counted nothing.
-    static void trackAllocation(AllocTrackTypeInfo ** record, std::type_info const & type, unsigned int size) {
-        if (!*record) [[unlikely]] *record = recordOf(type, size);
+    static void trackAllocation(AllocTrackTypeInfo ** record, std::type_info const & type,
+                                unsigned int size) {
+        if (!*record) [[unlikely]]
+            *record = recordOf(type, size);
         add((*record)->live_, 1);
         add((*record)->total_, 1);
     }
-    static void trackDeallocation(AllocTrackTypeInfo * record) noexcept { add(record->live_, ~std::uint64_t{0}); }
+    static void trackDeallocation(AllocTrackTypeInfo * record) noexcept {
+        add(record->live_, ~std::uint64_t{0});
+    }
 
     // The demangled name of the class.
     std::string const & typeName() const noexcept { return typeName_; }
@@ -41,8 +45,9 @@ class VEL_EXPORT AllocTrackTypeInfo {
     std::uint64_t live() const noexcept { return live_.load(std::memory_order_relaxed); }
     std::uint64_t total() const noexcept { return total_.load(std::memory_order_relaxed); }
 
-  private:
-    AllocTrackTypeInfo(std::string typeName, unsigned int size) : typeName_(std::move(typeName)), size_(size) {}
+private:
+    AllocTrackTypeInfo(std::string typeName, unsigned int size)
+        : typeName_(std::move(typeName)), size_(size) {}
     static AllocTrackTypeInfo * recordOf(std::type_info const & type, unsigned int size);
     static void add(std::atomic<std::uint64_t> & counter, std::uint64_t difference) noexcept {
         if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
@@ -64,7 +69,7 @@ VEL_EXPORT std::vector<AllocTrackTypeInfo const *> allocTrackTypes();
 // Gives class `T`, which names itself here among its bases, tracked `new` and `delete`.
 template <class T>
 class VEL_EXPORT AllocTracked {
-  public:
+public:
     static void * operator new(std::size_t size) {
         AllocTrackTypeInfo::trackAllocation(&velAllocTrackTypeInfo_, typeid(T), static_cast<unsigned>(size));
         try {
@@ -84,7 +89,7 @@ class VEL_EXPORT AllocTracked {
 
     static AllocTrackTypeInfo * velAllocTrackTypeInfo_;
 
-  protected:
+protected:
     AllocTracked() noexcept = default;
     ~AllocTracked() = default;
 };

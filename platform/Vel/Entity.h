@@ -10,15 +10,15 @@
 namespace Vel {
 
 class VEL_EXPORT Entity : public HashMapMember {
-  public:
+public:
     NotifieeList * notifieeList() const override;
 
-  protected:
+protected:
     Entity() noexcept = default;
 
     NotifieeList const & notifiees() const noexcept { return notifiees_; }
 
-  private:
+private:
     mutable NotifieeList notifiees_;
 };
 

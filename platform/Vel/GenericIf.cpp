@@ -8,13 +8,13 @@ namespace {
 
 char const * operationName(AttributeOperation operation) {
     switch (operation) {
-        case kRead: return "read";
-        case kSet: return "set";
-        case kCall: return "call";
-        case kLookUp: return "look up";
-        case kAdd: return "add";
-        case kRemove: return "remove";
-        case kIterate: return "iterate";
+    case kRead: return "read";
+    case kSet: return "set";
+    case kCall: return "call";
+    case kLookUp: return "look up";
+    case kAdd: return "add";
+    case kRemove: return "remove";
+    case kIterate: return "iterate";
     }
     return "operate on";
 }
@@ -32,14 +32,14 @@ bool GenericIf::isConst() const noexcept {
 
 VelType const * GenericIf::type() const noexcept {
     switch (value_.index()) {
-        case 1: return VelTypeOf<bool>::record;
-        case 2: return VelTypeOf<unsigned int>::record;
-        case 3: return VelTypeOf<Name>::record;
-        case 4: return VelTypeOf<String>::record;
-        case 5: return std::get<Enumerator>(value_).type;
-        case 6: return std::get<Other>(value_).type;
-        case 7: return std::get<Object>(value_).object->fwkType();
-        default: return nullptr;
+    case 1: return VelTypeOf<bool>::record;
+    case 2: return VelTypeOf<unsigned int>::record;
+    case 3: return VelTypeOf<Name>::record;
+    case 4: return VelTypeOf<String>::record;
+    case 5: return std::get<Enumerator>(value_).type;
+    case 6: return std::get<Other>(value_).type;
+    case 7: return std::get<Object>(value_).object->fwkType();
+    default: return nullptr;
     }
 }
 
@@ -139,7 +139,9 @@ GenericIf::Members GenericIf::iterate(std::string_view collection, GenericIf con
     return Members(held.object, held.isConst, iterator, table);
 }
 
-GenericIf::Members GenericIf::members(std::string_view collection) const { return iterate(collection, nullptr); }
+GenericIf::Members GenericIf::members(std::string_view collection) const {
+    return iterate(collection, nullptr);
+}
 
 GenericIf::Members GenericIf::members(std::string_view collection, GenericIf const & fromKey) const {
     return iterate(collection, &fromKey);
@@ -191,7 +193,8 @@ void throwOpNotSupportedException(AttributeOp const & op) {
 }
 
 void throwArgument(std::string_view where, char const * argument, char const * problem) {
-    throw RangeException("argument \"" + std::string(argument) + "\" of " + std::string(where) + ": " + problem);
+    throw RangeException("argument \"" + std::string(argument) + "\" of " + std::string(where) + ": " +
+                         problem);
 }
 
 void checkArgumentCount(VelAttr const & attr, std::span<GenericIf const> args, std::size_t expected) {
@@ -200,7 +203,8 @@ void checkArgumentCount(VelAttr const & attr, std::span<GenericIf const> args, s
         throwArgument(qualifiedName(attr), attr.args()[args.size()].name, "is missing");
     }
     throw RangeException(qualifiedName(attr) + " takes " + std::to_string(expected) +
-                         (expected == 1 ? " argument" : " arguments") + ", found " + std::to_string(args.size()));
+                         (expected == 1 ? " argument" : " arguments") + ", found " +
+                         std::to_string(args.size()));
 }
 
 void attributeOp(void * object, bool isConst, AttributeOp const & op, void * arguments, void * result,
@@ -217,7 +221,8 @@ void * iterator(void * object, VelAttr const * attr, IteratorVTable const ** tab
     return attr->iterator()(*static_cast<PtrInterface *>(object), nullptr, table);
 }
 
-void * iteratorKey(void * object, VelAttr const * attr, GenericIf const & key, IteratorVTable const ** table) {
+void * iteratorKey(void * object, VelAttr const * attr, GenericIf const & key,
+                   IteratorVTable const ** table) {
     return attr->iterator()(*static_cast<PtrInterface *>(object), &key, table);
 }
 

@@ -12,7 +12,8 @@
 //
 // Errors
 //     OpNotSupportedException: the attribute is unknown or does not offer the operation.
-//     RangeException: a value is of the wrong type, an argument is missing or one too many. Nothing has changed.
+//     RangeException: a value is of the wrong type, an argument is missing or one too many. Nothing has
+//     changed.
 #pragma once
 
 #include <any>
@@ -59,7 +60,7 @@ template <class T>
 inline constexpr bool kIsPtr<Ptr<T>> = true;
 
 class VEL_EXPORT GenericIf {
-  public:
+public:
     using AttributeOp = Vel::AttributeOp;
     class Members;
 
@@ -76,9 +77,10 @@ class VEL_EXPORT GenericIf {
     GenericIf(std::same_as<String> auto const & value) : value_(value) {}
     template <class T>
     GenericIf(Ptr<T> const & object)
-        : GenericIf(object ? GenericIf(Object{Ptr<PtrInterface>(const_cast<std::remove_const_t<T> *>(object.get())),
-                                              std::is_const_v<T>})
-                           : GenericIf()) {}
+        : GenericIf(
+              object ? GenericIf(Object{Ptr<PtrInterface>(const_cast<std::remove_const_t<T> *>(object.get())),
+                                        std::is_const_v<T>})
+                     : GenericIf()) {}
 
     // Wraps an object; null gives null.
     template <class T>
@@ -93,14 +95,14 @@ class VEL_EXPORT GenericIf {
     bool isObject() const noexcept { return std::holds_alternative<Object>(value_); }
     // Whether what is wrapped is an object that cannot be changed.
     bool isConst() const noexcept;
-    // The record of the wrapped value's type, or of the wrapped object's class; null for null and for an object
-    // whose class has none.
+    // The record of the wrapped value's type, or of the wrapped object's class; null for null and for an
+    // object whose class has none.
     VelType const * type() const noexcept;
     // For messages: "null", or the name of the type.
     std::string typeName() const;
 
-    // The wrapped value as a `T`: a value type, `Ptr<U>` or, for null, any `Ptr`. Throws RangeException on the
-    // wrong type.
+    // The wrapped value as a `T`: a value type, `Ptr<U>` or, for null, any `Ptr`. Throws RangeException on
+    // the wrong type.
     template <class T>
     T as() const;
 
@@ -137,7 +139,7 @@ class VEL_EXPORT GenericIf {
     // One operation; what the functions above are built on. REQUIRES: `attr` is one of the object's type.
     GenericIf operate(AttributeOp const & op, std::span<GenericIf const> args) const;
 
-  private:
+private:
     friend class VelType;
     struct Object {
         Ptr<PtrInterface> object;
@@ -153,9 +155,7 @@ class VEL_EXPORT GenericIf {
         VelType const * type;
         std::any value;
         bool (*equal)(std::any const &, std::any const &);
-        bool operator==(Other const & other) const {
-            return type == other.type && equal(value, other.value);
-        }
+        bool operator==(Other const & other) const { return type == other.type && equal(value, other.value); }
     };
 
     explicit GenericIf(Object object) : value_(std::move(object)) {}
@@ -179,19 +179,23 @@ VEL_EXPORT GenericIf enumeratorFromNumber(VelType const & type, std::uint32_t va
 
 // What `for (auto const & entry : object.members("host"))` walks. Keeps the object alive.
 class VEL_EXPORT GenericIf::Members {
-  public:
+public:
     class VEL_EXPORT Entry {
-      public:
+    public:
         explicit Entry(Members const & members) noexcept : members_(&members) {}
-        GenericIf key() const { return members_->constAsOwner(members_->table_->iterKey(members_->iterator_)); }
+        GenericIf key() const {
+            return members_->constAsOwner(members_->table_->iterKey(members_->iterator_));
+        }
         // The member, or the value of a map.
-        GenericIf object() const { return members_->constAsOwner(members_->table_->iterObj(members_->iterator_)); }
+        GenericIf object() const {
+            return members_->constAsOwner(members_->table_->iterObj(members_->iterator_));
+        }
 
-      private:
+    private:
         Members const * members_;
     };
     class VEL_EXPORT Iterator {
-      public:
+    public:
         using iterator_category = std::input_iterator_tag;
         using value_type = Entry;
         using difference_type = std::ptrdiff_t;
@@ -206,7 +210,7 @@ class VEL_EXPORT GenericIf::Members {
         void operator++(int) { ++*this; }
         friend bool operator==(Iterator const & a, std::default_sentinel_t) { return a.atEnd(); }
 
-      private:
+    private:
         bool atEnd() const { return !members_->table_->iterNonnull(members_->iterator_); }
         Members const * members_;
     };
@@ -227,7 +231,7 @@ class VEL_EXPORT GenericIf::Members {
     Iterator begin() const noexcept { return Iterator(*this); }
     std::default_sentinel_t end() const noexcept { return {}; }
 
-  private:
+private:
     GenericIf constAsOwner(GenericIf value) const noexcept {
         if (isConst_) value.constIs();
         return value;
@@ -251,11 +255,13 @@ using Vel::AttributeOp;
 
 [[noreturn]] VEL_EXPORT void throwOpNotSupportedException(AttributeOp const & op);
 // Checks the number of arguments against those that `attr` lists.
-VEL_EXPORT void checkArgumentCount(VelAttr const & attr, std::span<GenericIf const> args, std::size_t expected);
-[[noreturn]] VEL_EXPORT void throwArgument(std::string_view where, char const * argument, char const * problem);
+VEL_EXPORT void checkArgumentCount(VelAttr const & attr, std::span<GenericIf const> args,
+                                   std::size_t expected);
+[[noreturn]] VEL_EXPORT void throwArgument(std::string_view where, char const * argument,
+                                           char const * problem);
 
-// Argument `index` of a table as a `T`. Throws RangeException with the argument's name when it is missing or of
-// the wrong type.
+// Argument `index` of a table as a `T`. Throws RangeException with the argument's name when it is missing or
+// of the wrong type.
 template <class T>
 T unwrapArgument(std::string_view where, std::span<VelArg const> table, std::span<GenericIf const> args,
                  std::size_t index) {
@@ -268,8 +274,8 @@ T unwrapArgument(std::string_view where, std::span<VelArg const> table, std::spa
 }
 
 // The entry point of every type whose attribute records carry their functions.
-VEL_EXPORT void attributeOp(void * object, bool isConst, AttributeOp const & op, void * arguments, void * result,
-                            bool * done);
+VEL_EXPORT void attributeOp(void * object, bool isConst, AttributeOp const & op, void * arguments,
+                            void * result, bool * done);
 VEL_EXPORT void * iterator(void * object, VelAttr const * attr, IteratorVTable const ** table);
 VEL_EXPORT void * iteratorKey(void * object, VelAttr const * attr, GenericIf const & key,
                               IteratorVTable const ** table);
@@ -307,9 +313,10 @@ GenericIf GenericIf::wrap(T const & value) {
     } else if constexpr (std::is_enum_v<T>) {
         return enumerator(VelTypeOf<T>::record, value);
     } else {
-        return GenericIf(Other{VelTypeOf<T>::record, std::any(value), [](std::any const & a, std::any const & b) {
-                                   return *std::any_cast<T>(&a) == *std::any_cast<T>(&b);
-                               }});
+        return GenericIf(
+            Other{VelTypeOf<T>::record, std::any(value), [](std::any const & a, std::any const & b) {
+                      return *std::any_cast<T>(&a) == *std::any_cast<T>(&b);
+                  }});
     }
 }
 
@@ -318,7 +325,8 @@ T GenericIf::as() const {
     if constexpr (kIsPtr<T>) {
         using Target = typename T::element_type;
         if (isNull()) return nullptr;
-        if (auto const * held = std::get_if<Object>(&value_); held && (!held->isConst || std::is_const_v<Target>)) {
+        if (auto const * held = std::get_if<Object>(&value_);
+            held && (!held->isConst || std::is_const_v<Target>)) {
             if (auto * const target = dynamic_cast<Target *>(held->object.get())) return target;
         }
         throwWrongType(VelTypeOf<std::remove_const_t<Target>>::record);
@@ -326,8 +334,8 @@ T GenericIf::as() const {
         auto const * held = std::get_if<Enumerator>(&value_);
         if (!held || held->type != VelTypeOf<T>::record) throwWrongType(VelTypeOf<T>::record);
         return static_cast<T>(held->value);
-    } else if constexpr (std::is_same_v<T, bool> || std::is_same_v<T, unsigned int> || std::is_same_v<T, Name> ||
-                         std::is_same_v<T, String>) {
+    } else if constexpr (std::is_same_v<T, bool> || std::is_same_v<T, unsigned int> ||
+                         std::is_same_v<T, Name> || std::is_same_v<T, String>) {
         if (auto const * held = std::get_if<T>(&value_)) return *held;
         throwWrongType(VelTypeOf<T>::record);
     } else {

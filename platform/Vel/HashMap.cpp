@@ -27,7 +27,8 @@ void HashMapGeneric::newMemberG(Ptr<HashMapMember> member, KeyTable const & keys
 Ptr<HashMapMember> HashMapGeneric::deleteMember(void const * key, KeyTable const & keys) noexcept {
     std::uint32_t const hash = keys.hash(key);
     Ptr<HashMapMember> * link = &buckets_[bucketOf(hash, bucketBits_)];
-    while (*link && !((*link)->bucketHash_ == hash && keys.keyEquals(**link, key))) link = &(*link)->bucketNext_;
+    while (*link && !((*link)->bucketHash_ == hash && keys.keyEquals(**link, key)))
+        link = &(*link)->bucketNext_;
     if (!*link) return nullptr;
     // The link moves past the member, which must not keep its old successors alive.
     Ptr<HashMapMember> member = std::move(*link);
@@ -92,8 +93,8 @@ void HashMapGeneric::grow() noexcept {
     ++modificationCount_;
 }
 
-HashMapMember * HashMapGeneric::findNextG(HashMapMember const * member, unsigned bucketBits, KeyTable const & keys,
-                                          std::uint32_t & bucket) const noexcept {
+HashMapMember * HashMapGeneric::findNextG(HashMapMember const * member, unsigned bucketBits,
+                                          KeyTable const & keys, std::uint32_t & bucket) const noexcept {
     assert(bucketBits <= bucketBits_);
     // Each bucket of the walk's order is this many neighbours now.
     std::uint32_t const split = std::uint32_t{1} << (bucketBits_ - bucketBits);

@@ -1,9 +1,9 @@
 // Entity collections: intrusive hash collections of framework objects.
 //
 // Each member carries its bucket link (a counted reference to the next member of its bucket) and the hash of
-// the key under which it was inserted. The number of buckets is a power of two; the bucket of a key is the top
-// bits of its 32-bit hash; within a bucket, members stand in the order of their keys. A name hashes to the
-// bit-reversed hash of its string, 0 for the empty name; a pointer to the hash of its value, 0 for null.
+// the key under which it was inserted. The number of buckets is a power of two; the bucket of a key is the
+// top bits of its 32-bit hash; within a bucket, members stand in the order of their keys. A name hashes to
+// the bit-reversed hash of its string, 0 for the empty name; a pointer to the hash of its value, 0 for null.
 //
 // Growth
 //     Empty collections and those of one member need no bucket array. The array doubles when there are more
@@ -16,8 +16,8 @@
 //     count with which it started. Members added during a walk may or may not be met.
 //
 // Keys
-//     A member is found under the key with which it was inserted, whatever it says of itself later. So a member
-//     class offers `collectionKey()`, which never changes between insertion and removal.
+//     A member is found under the key with which it was inserted, whatever it says of itself later. So a
+//     member class offers `collectionKey()`, which never changes between insertion and removal.
 //
 // One engine, `HashMapGeneric`, does the work for all instantiations; the typed skin `HashMap` casts.
 #pragma once
@@ -36,17 +36,17 @@ namespace Vel {
 
 // What an object needs to stand in a collection.
 class HashMapMember : public PtrInterface {
-  protected:
+protected:
     HashMapMember() noexcept = default;
 
-  private:
+private:
     friend class HashMapGeneric;
     std::uint32_t bucketHash_ = 0;
     Ptr<HashMapMember> bucketNext_;
 };
 
 class VEL_EXPORT HashMapGeneric {
-  public:
+public:
     // The key callbacks of an instantiation. `key` points to a key of the instantiation's key type.
     struct KeyTable {
         std::uint32_t (*hash)(void const * key);
@@ -66,7 +66,7 @@ class VEL_EXPORT HashMapGeneric {
         return static_cast<std::uint32_t>((std::uint64_t{hash} << bucketBits) >> 32);
     }
 
-  protected:
+protected:
     friend class HashMapIteratorGeneric;
 
     // `initialSize` is the number of members that the first bucket array has room for.
@@ -91,14 +91,15 @@ class VEL_EXPORT HashMapGeneric {
     static std::uint32_t bucketHash(HashMapMember const & member) noexcept { return member.bucketHash_; }
 
     // The member after `member`, which may have left, in bucket-then-key order, or the first one when given
-    // none; `bucketBits`, at most that of the collection, says how many buckets that order has. Sets `bucket`.
+    // none; `bucketBits`, at most that of the collection, says how many buckets that order has. Sets
+    // `bucket`.
     HashMapMember * findNextG(HashMapMember const * member, unsigned bucketBits, KeyTable const & keys,
                               std::uint32_t & bucket) const noexcept;
     // The first member of the first non-empty bucket after `bucket`, which it moves on. REQUIRES: `bucket` is
     // one of the present array.
     HashMapMember * findNextBucket(std::uint32_t & bucket) const noexcept;
 
-  private:
+private:
     static constexpr unsigned kMostBucketBits = 31;
 
     std::uint32_t buckets() const noexcept { return std::uint32_t{1} << bucketBits_; }
@@ -113,7 +114,7 @@ class VEL_EXPORT HashMapGeneric {
 };
 
 class VEL_EXPORT HashMapIteratorGeneric {
-  public:
+public:
     HashMapIteratorGeneric(HashMapGeneric const & map, HashMapGeneric::KeyTable const & keys) noexcept;
     // Starts at `member`; null is the end.
     HashMapIteratorGeneric(HashMapGeneric const & map, HashMapGeneric::KeyTable const & keys,
@@ -124,7 +125,7 @@ class VEL_EXPORT HashMapIteratorGeneric {
     // Does nothing at the end.
     void advance() noexcept;
 
-  private:
+private:
     HashMapGeneric const * map_;
     HashMapGeneric::KeyTable const * keys_;
     Ptr<HashMapMember> current_;
@@ -166,21 +167,25 @@ struct HashMapKey<Ptr<T>> {
     static bool equals(Ptr<T> const & a, Ptr<T> const & b) noexcept { return a == b; }
     static bool lessThan(Ptr<T> const & a, Ptr<T> const & b) noexcept { return value(a) < value(b); }
 
-  private:
-    static std::uintptr_t value(Ptr<T> const & key) noexcept { return reinterpret_cast<std::uintptr_t>(key.get()); }
+private:
+    static std::uintptr_t value(Ptr<T> const & key) noexcept {
+        return reinterpret_cast<std::uintptr_t>(key.get());
+    }
 };
 
 // Steps over a collection of `Member`, which may be const.
 template <class Member>
 class HashMapIterator {
-  public:
+public:
     using iterator_category = std::input_iterator_tag;
     using value_type = Ptr<Member>;
     using difference_type = std::ptrdiff_t;
     using pointer = Ptr<Member> const *;
     using reference = Ptr<Member> const &;
 
-    explicit HashMapIterator(HashMapIteratorGeneric generic) noexcept : generic_(std::move(generic)) { settle(); }
+    explicit HashMapIterator(HashMapIteratorGeneric generic) noexcept : generic_(std::move(generic)) {
+        settle();
+    }
 
     // Valid until the iterator moves. Null at the end.
     Ptr<Member> const & operator*() const noexcept { return current_; }
@@ -192,9 +197,11 @@ class HashMapIterator {
     }
     void operator++(int) noexcept { ++*this; }
     explicit operator bool() const noexcept { return bool(current_); }
-    friend bool operator==(HashMapIterator const & a, std::default_sentinel_t) noexcept { return !a.current_; }
+    friend bool operator==(HashMapIterator const & a, std::default_sentinel_t) noexcept {
+        return !a.current_;
+    }
 
-  private:
+private:
     void settle() noexcept { current_ = static_cast<Member *>(generic_.current().get()); }
 
     HashMapIteratorGeneric generic_;
@@ -205,7 +212,7 @@ class HashMapIterator {
 // alive for the walk.
 template <class Map, class Iterator>
 class HashMapRange {
-  public:
+public:
     HashMapRange(Map const & map, PtrInterface const & owner) noexcept : keepOwner_(owner), map_(map) {}
 
     Iterator begin() const noexcept { return map_.template iterator<Iterator>(); }
@@ -218,7 +225,7 @@ class HashMapRange {
     std::uint32_t size() const noexcept { return map_.size(); }
     bool empty() const noexcept { return map_.size() == 0; }
 
-  private:
+private:
     KeepAlive const keepOwner_;
     Map const & map_;
 };
@@ -226,7 +233,7 @@ class HashMapRange {
 // The typed skin. `Model` is the class that owns the collection.
 template <class Member, class Key, class Model>
 class HashMap : public HashMapGeneric {
-  public:
+public:
     using Range = HashMapRange<HashMap, HashMapIterator<Member>>;
     using ConstRange = HashMapRange<HashMap, HashMapIterator<Member const>>;
 
@@ -249,7 +256,8 @@ class HashMap : public HashMapGeneric {
     }
     void newMember(Ptr<Member> member) noexcept { newMemberG(std::move(member), kKeys); }
     Ptr<Member> deleteMember(Key const & key) noexcept {
-        return Ptr<Member>::adopted(static_cast<Member *>(HashMapGeneric::deleteMember(&key, kKeys).release()));
+        return Ptr<Member>::adopted(
+            static_cast<Member *>(HashMapGeneric::deleteMember(&key, kKeys).release()));
     }
     using HashMapGeneric::emptyAllBuckets;
 
@@ -263,7 +271,7 @@ class HashMap : public HashMapGeneric {
         return Iterator(HashMapIteratorGeneric(*this, kKeys, (*this)[key]));
     }
 
-  private:
+private:
     static Key const & keyOf(HashMapMember const & member) noexcept {
         return static_cast<Member const &>(member).collectionKey();
     }

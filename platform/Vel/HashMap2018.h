@@ -1,5 +1,5 @@
-// Value collections: hash maps from a key to a value (a reference, a flag), for attributes such as the logical
-// ports of a host.
+// Value collections: hash maps from a key to a value (a reference, a flag), for attributes such as the
+// logical ports of a host.
 //
 // The entries are nodes of the same engine that holds entity collections, so order, growth and walks that
 // survive removals are those of HashMap.h. An iterator holds its entry: after the entry has been removed, its
@@ -42,14 +42,15 @@ struct HashMap2018Generic {
     }
     template <class Table>
     static auto lookupNodeG(Table const & table, HashHelper::KeyString key) noexcept {
-        return table.find(key.string.reversedHash(), [&](auto const & node) { return node.key() == key.string; });
+        return table.find(key.string.reversedHash(),
+                          [&](auto const & node) { return node.key() == key.string; });
     }
 };
 
 // One entry.
 template <class Tag, class Key, class Value>
 class HashMap2018Node final : public HashMapMember, public AllocTracked<HashMap2018Node<Tag, Key, Value>> {
-  public:
+public:
     HashMap2018Node(Key key, Value value) : key_(std::move(key)), value_(std::move(value)) {}
 
     Key const & key() const noexcept { return key_; }
@@ -59,7 +60,7 @@ class HashMap2018Node final : public HashMapMember, public AllocTracked<HashMap2
 
     Key const & collectionKey() const noexcept { return key_; }
 
-  private:
+private:
     template <class, class, class>
     friend class HashMap2018;
 
@@ -70,7 +71,7 @@ class HashMap2018Node final : public HashMapMember, public AllocTracked<HashMap2
 
 template <class Node>
 class HashMap2018Iterator {
-  public:
+public:
     using iterator_category = std::input_iterator_tag;
     using value_type = Node;
     using difference_type = std::ptrdiff_t;
@@ -102,14 +103,14 @@ class HashMap2018Iterator {
         return a.currNodeMaybeStale() == nullptr;
     }
 
-  private:
+private:
     HashMapIteratorGeneric generic_;
 };
 
 // `Tag` names the attribute, so that the entries of each are tracked under a name of their own.
 template <class Tag, class Key, class Value>
 class HashMap2018 : public HashMap2018Generic {
-  public:
+public:
     using Node = HashMap2018Node<Tag, Key, Value>;
     using Iterator = HashMap2018Iterator<Node>;
     using Range = HashMapRange<HashMap2018, Iterator>;
@@ -149,7 +150,7 @@ class HashMap2018 : public HashMap2018Generic {
         return nodes_.template iteratorAt<AnyIterator>(key);
     }
 
-  private:
+private:
     HashMap<Node, Key, Tag> nodes_{1};
 };
 

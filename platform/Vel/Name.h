@@ -8,7 +8,7 @@ namespace Vel {
 // A string that names something; the key of entity collections. A type of its own, so that a name and a text
 // are told apart where types are looked at.
 class VEL_EXPORT Name : public String {
-  public:
+public:
     static VelType const _velType;
 
     constexpr Name() noexcept = default;

@@ -94,7 +94,8 @@ void NotifieeList::deliver(PtrInterface const & notifier, Call first, void const
         delivery.calledLeft = delivery.calledIsDestroyed = false;
         KeepAlive const keepReactor(*reactor);
         callOne(*reactor, keepReactor.holds(), first, firstCallback);
-        if (second && !delivery.calledLeft && !delivery.calledIsDestroyed && reactor->hasNotificationActive()) {
+        if (second && !delivery.calledLeft && !delivery.calledIsDestroyed &&
+            reactor->hasNotificationActive()) {
             callOne(*reactor, keepReactor.holds(), second, secondCallback);
         }
     }

@@ -10,9 +10,9 @@
 //     watch->hasNotificationActiveIs(true);    // callbacks arrive from now on
 //
 // Delivery
-//     A change is delivered synchronously, on the changing thread, after the model holds the new value, to the
-//     reactors that are registered and active, in order of registration. Entering twice counts once; leaving
-//     and entering again puts a reactor last. Rebinding a registered reactor moves its registration.
+//     A change is delivered synchronously, on the changing thread, after the model holds the new value, to
+//     the reactors that are registered and active, in order of registration. Entering twice counts once;
+//     leaving and entering again puts a reactor last. Rebinding a registered reactor moves its registration.
 //     A keyed change calls the keyed callback and then the unkeyed one, reactor by reactor.
 //
 // Re-entrancy
@@ -43,7 +43,7 @@ class ActivityConfig;
 
 // The reactors of one object, in order of registration.
 class VEL_EXPORT NotifieeList {
-  public:
+public:
     NotifieeList() noexcept = default;
     ~NotifieeList();
     NotifieeList(NotifieeList const &) = delete;
@@ -51,14 +51,14 @@ class VEL_EXPORT NotifieeList {
 
     bool empty() const noexcept { return first_ == nullptr; }
 
-    // Calls `callback(reactor)` on every reactor that is to get the change; `Reactor` is the reactor class that
-    // every member of the list has.
+    // Calls `callback(reactor)` on every reactor that is to get the change; `Reactor` is the reactor class
+    // that every member of the list has.
     template <class Reactor, class Callback>
     void notify(PtrInterface const & notifier, Callback const & callback) const {
         if (!empty()) deliver(notifier, &call<Reactor, Callback>, &callback, nullptr, nullptr);
     }
-    // Calls `first(reactor)` and then `second(reactor)`, reactor by reactor; the second one also when the first
-    // one threw, but not when the first one made the reactor leave.
+    // Calls `first(reactor)` and then `second(reactor)`, reactor by reactor; the second one also when the
+    // first one threw, but not when the first one made the reactor leave.
     template <class Reactor, class First, class Second>
     void notify(PtrInterface const & notifier, First const & first, Second const & second) const {
         if (!empty()) {
@@ -66,7 +66,7 @@ class VEL_EXPORT NotifieeList {
         }
     }
 
-  private:
+private:
     friend class PtrInterface::NotifieeConst;
     struct Delivery;
     using Call = void (*)(PtrInterface::NotifieeConst &, void const * callback);
@@ -84,24 +84,24 @@ class VEL_EXPORT NotifieeList {
 };
 
 class VEL_EXPORT PtrInterface::NotifieeConst : public HashMapMember {
-  public:
+public:
     // Unbinds.
     ~NotifieeConst() override;
     void zeroReferencesIs(bool zero) override;
 
     // The object on whose behalf the callbacks run: the reactor itself.
     virtual PtrInterface const * velReactor() const;
-    // Enters or leaves the notifier's list; nothing happens without a notifier. Delivery casts a reactor to the
-    // reactor class of its notifier without a test. This base class fits no notifier, so its own version only
-    // leaves; the reactor class of a model class, whose `notifierIs` accepts objects of that class alone,
-    // overrides both and enters through `registeredIs`.
+    // Enters or leaves the notifier's list; nothing happens without a notifier. Delivery casts a reactor to
+    // the reactor class of its notifier without a test. This base class fits no notifier, so its own version
+    // only leaves; the reactor class of a model class, whose `notifierIs` accepts objects of that class
+    // alone, overrides both and enters through `registeredIs`.
     virtual void isRegisteredNotifieeIs(bool registered) const;
     // Binds to `notifier` after unbinding from the previous object; null unbinds.
     virtual void notifierIs(Ptr<PtrInterface const> const & notifier);
     // For frameworks that queue notifications; never called here.
     virtual void handleNotification(ActivityConfig * config);
-    // One of this reactor's callbacks has thrown. Called with the exception in flight, so that `throw;` inside
-    // a try block tells which. The default traces on facility "Vel" at level 0.
+    // One of this reactor's callbacks has thrown. Called with the exception in flight, so that `throw;`
+    // inside a try block tells which. The default traces on facility "Vel" at level 0.
     virtual void onNotificationException();
     // The last reference to this reactor has gone; it is destroyed when the call returns.
     virtual void onZeroReferences();
@@ -113,11 +113,11 @@ class VEL_EXPORT PtrInterface::NotifieeConst : public HashMapMember {
     Ptr<PtrInterface const> const & notifierObject() const noexcept { return notifier_; }
     bool isRegisteredNotifiee() const noexcept { return next_ != nullptr; }
 
-  protected:
+protected:
     NotifieeConst() noexcept = default;
     void registeredIs(bool registered) const noexcept;
 
-  private:
+private:
     friend class Vel::NotifieeList;
 
     Ptr<PtrInterface const> notifier_;

@@ -12,7 +12,7 @@ namespace Vel {
 
 template <class T>
 class Ptr {
-  public:
+public:
     using element_type = T;
 
     constexpr Ptr() noexcept = default;
@@ -73,7 +73,7 @@ class Ptr {
     }
     friend bool operator==(Ptr const & a, std::nullptr_t) noexcept { return a.get() == nullptr; }
 
-  private:
+private:
     void take() const noexcept {
         if (object_) object_->referenceNew();
     }
@@ -99,5 +99,7 @@ Ptr<T> dynamicPtrCast(Ptr<U> const & object) noexcept {
 
 template <class T>
 struct std::hash<Vel::Ptr<T>> {
-    std::size_t operator()(Vel::Ptr<T> const & object) const noexcept { return std::hash<T *>()(object.get()); }
+    std::size_t operator()(Vel::Ptr<T> const & object) const noexcept {
+        return std::hash<T *>()(object.get());
+    }
 };

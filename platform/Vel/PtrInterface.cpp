@@ -13,7 +13,6 @@ namespace {
 // enough for a stack of 256 kB.
 constexpr unsigned kNestingLimit = 16;
 
-
 // A thread-local with a destructor cannot be used by objects that die after it, so the list is made on first
 // need and given back as soon as it has been worked off.
 __attribute__((tls_model("initial-exec"))) thread_local unsigned nesting = 0;

@@ -44,7 +44,7 @@ struct VEL_EXPORT VFPtrInterface {
 };
 
 class VEL_EXPORT PtrInterface {
-  public:
+public:
     class NotifieeConst;
 
     // The record of objects of which nothing else is known.
@@ -95,14 +95,14 @@ class VEL_EXPORT PtrInterface {
     // Puts the number of references near its end, which no test can reach by counting.
     void referencesIsForTesting(std::uint32_t count) const noexcept;
 
-  protected:
+protected:
     PtrInterface() noexcept = default;
 
     // The first act of a destructor that hands out references to its object.
     void heldIs() const noexcept { flagIs(kHeld, true); }
     void notificationActiveFlagIs(bool active) const noexcept { flagIs(kNotificationActive, active); }
 
-  private:
+private:
     std::uint32_t word() const noexcept {
         if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
             return std::atomic_ref<std::uint32_t>(word_).load(std::memory_order_acquire);
@@ -130,15 +130,17 @@ inline void PtrInterface::referenceDel() const noexcept {
         return;
     }
     assert((word_ & kReferences) != 0 && "more references released than taken");
-    if ((word_ & kReferences) == kReferences) [[unlikely]] return;
+    if ((word_ & kReferences) == kReferences) [[unlikely]]
+        return;
     if ((--word_ & kCountMask) == 0) handleZeroRef();
 }
 
 // Keeps an object alive for a scope, whoever lets go of it meanwhile; does nothing for an object that is not
 // counted (yet), because a passing reference would destroy it.
 class KeepAlive {
-  public:
-    explicit KeepAlive(PtrInterface const & object) noexcept : object_(object.isCounted() ? &object : nullptr) {
+public:
+    explicit KeepAlive(PtrInterface const & object) noexcept
+        : object_(object.isCounted() ? &object : nullptr) {
         if (object_) object_->referenceNew();
     }
     ~KeepAlive() {
@@ -149,7 +151,7 @@ class KeepAlive {
 
     bool holds() const noexcept { return object_ != nullptr; }
 
-  private:
+private:
     PtrInterface const * object_;
 };
 

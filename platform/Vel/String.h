@@ -30,18 +30,18 @@ constexpr std::uint32_t bitReverse(std::uint32_t value) noexcept {
 class VelType;
 
 class VEL_EXPORT String {
-  public:
+public:
     static VelType const _velType;
 
     // What a non-empty string points to; the bytes and a terminating NUL follow it in memory.
     class VEL_EXPORT Data {
-      public:
+    public:
         std::uint32_t hash() const noexcept { return bitReverse(reversedHash_); }
         std::uint32_t reversedHash() const noexcept { return reversedHash_; }
         std::uint32_t size() const noexcept { return size_; }
         char const * bytes() const noexcept { return reinterpret_cast<char const *>(this + 1); }
 
-      private:
+    private:
         friend class String;
         static Data * newData(std::string_view bytes);
         void referenceNew() noexcept;
@@ -97,7 +97,7 @@ class VEL_EXPORT String {
     }
     friend bool operator<(String const & a, String const & b) noexcept { return a.view() < b.view(); }
 
-  private:
+private:
     static Data * dataOf(std::string_view bytes) { return bytes.empty() ? nullptr : Data::newData(bytes); }
     void take() const noexcept {
         if (data_) data_->referenceNew();

@@ -89,19 +89,33 @@ void writeToStandardError(TraceRecord const & record) {
 
 }  // namespace
 
-void TraceFacility::enabledIs(FacilityLevel level, bool on) noexcept {
-    if (on) {
-        levels_.fetch_or(1u << level, std::memory_order_relaxed);
-    } else {
-        levels_.fetch_and(~(1u << level), std::memory_order_relaxed);
-    }
+void TraceFacility::enabledIs(FacilityLevel level, bool on) {
+    std::uint32_t const bit = 1u << level;
+    std::uint32_t const levels = on ? levels_.load() | bit : levels_.load() & ~bit;
+    levels_.store(levels, std::memory_order_relaxed);
+    for (TraceSwitch * const attached : switches_) attached->levels_.store(levels, std::memory_order_relaxed);
 }
 
-TraceHandle::TraceHandle(String const & facility, bool enabled) {
+void TraceFacility::attach(TraceSwitch & traceSwitch) {
+    switches_.push_back(&traceSwitch);
+    traceSwitch.levels_.store(levels_.load(), std::memory_order_relaxed);
+}
+
+void TraceFacility::detach(TraceSwitch const & traceSwitch) noexcept { std::erase(switches_, &traceSwitch); }
+
+TraceHandle::TraceHandle(String const & facility, bool enabled, TraceSwitch * traceSwitch)
+    : switch_(traceSwitch) {
     Registry & all = registry();
     std::lock_guard const lock(all.mutex);
     facility_ = &facilityOf(all, facility.view());
     if (enabled) facility_->enabledIs(TraceFacility::FacilityLevel(0), true);
+    if (switch_) facility_->attach(*switch_);
+}
+
+TraceHandle::~TraceHandle() {
+    if (!switch_) return;
+    std::lock_guard const lock(registry().mutex);
+    facility_->detach(*switch_);
 }
 
 TraceHelper * TraceHelper::create(TraceHandle & handle, TraceFacility::FacilityLevel level, void * storage) {
@@ -147,8 +161,7 @@ void traceNotificationException() noexcept {
     try {
         static TraceHandle handle("Vel", false);
         alignas(TraceHelper) std::byte storage[sizeof(TraceHelper)];
-        auto * const helper =
-            TraceHelper::createIfEnabled(handle, TraceFacility::FacilityLevel(0), storage);
+        auto * const helper = TraceHelper::createIfEnabled(handle, TraceFacility::FacilityLevel(0), storage);
         if (!helper) return;
         EnsureTraceHelperIsDestroyed const guard(helper);
         try {

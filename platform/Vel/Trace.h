@@ -3,7 +3,8 @@
 // Usage
 //     Vel::TraceHandle & handle();        // a function-local static: Vel::TraceHandle("Facility", false)
 //     alignas(Vel::TraceHelper) std::byte storage[sizeof(Vel::TraceHelper)];
-//     if (auto * helper = Vel::TraceHelper::createIfEnabled(handle(), Vel::TraceFacility::FacilityLevel(5), storage)) {
+//     if (auto * helper = Vel::TraceHelper::createIfEnabled(handle(), Vel::TraceFacility::FacilityLevel(5),
+//     storage)) {
 //         Vel::EnsureTraceHelperIsDestroyed const guard(helper);
 //         helper->stream() << "what happened";
 //         helper->trace("File", 42, "function");
@@ -21,6 +22,7 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/Vel/Export.h"
 #include "platform/Vel/String.h"
@@ -36,8 +38,10 @@ struct TraceRecord {
     std::string_view message;
 };
 
+class TraceSwitch;
+
 class VEL_EXPORT TraceFacility {
-  public:
+public:
     enum FacilityLevel : int {};
     static constexpr int kLevels = 10;
 
@@ -47,36 +51,61 @@ class VEL_EXPORT TraceFacility {
     bool enabled(FacilityLevel level) const noexcept {
         return (levels_.load(std::memory_order_relaxed) >> level & 1u) != 0;
     }
-    void enabledIs(FacilityLevel level, bool on) noexcept;
-    // One bit per level, for trace points that test it in place. Lives as long as the process.
-    std::atomic<std::uint32_t> const & levels() const noexcept { return levels_; }
+    // REQUIRES: one thread at a time, for this and the two below.
+    void enabledIs(FacilityLevel level, bool on);
+    // From now on `traceSwitch` shows the facility's levels, until it is detached.
+    void attach(TraceSwitch & traceSwitch);
+    void detach(TraceSwitch const & traceSwitch) noexcept;
 
-  private:
+private:
     std::string const name_;
     std::atomic<std::uint32_t> levels_ = 0;
+    std::vector<TraceSwitch *> switches_;
+};
+
+// What the trace points of one library test in place: a word with one bit per level, at a constant address.
+// It is constant-initialised with every bit set, so that a trace point that runs before anything else takes
+// the slow path once, where the library's handle attaches it.
+class VEL_EXPORT TraceSwitch {
+public:
+    constexpr TraceSwitch() noexcept = default;
+
+    bool enabled(TraceFacility::FacilityLevel level) const noexcept {
+        return (levels_.load(std::memory_order_relaxed) >> level & 1u) != 0;
+    }
+
+private:
+    friend class TraceFacility;
+    std::atomic<std::uint32_t> levels_ = ~std::uint32_t{0};
 };
 
 // The name under which one library traces. Handles of one name share their switches. The facility outlives
 // the handle, so that objects with static lifetime may trace until the process ends.
 class VEL_EXPORT TraceHandle {
-  public:
-    // `enabled`: whether level 0 is on from the start.
-    TraceHandle(String const & facility, bool enabled);
+public:
+    // `enabled`: whether level 0 is on from the start. `traceSwitch`, when given, is attached to the facility
+    // while the handle lives.
+    TraceHandle(String const & facility, bool enabled, TraceSwitch * traceSwitch = nullptr);
+    ~TraceHandle();
+    TraceHandle(TraceHandle const &) = delete;
+    TraceHandle & operator=(TraceHandle const &) = delete;
 
     TraceFacility & facility() const noexcept { return *facility_; }
 
-  private:
+private:
     TraceFacility * facility_;  // Never destroyed.
+    TraceSwitch * switch_;
 };
 
 // One record in the making.
 class VEL_EXPORT TraceHelper {
-  public:
+public:
     // A helper in `storage`, which has its size and alignment, when the facility is enabled at `level`; else
     // null.
     static TraceHelper * createIfEnabled(TraceHandle & handle, TraceFacility::FacilityLevel level,
                                          void * storage) {
-        if (!handle.facility().enabled(level)) [[likely]] return nullptr;
+        if (!handle.facility().enabled(level)) [[likely]]
+            return nullptr;
         return create(handle, level, storage);
     }
 
@@ -84,7 +113,7 @@ class VEL_EXPORT TraceHelper {
     // Hands the record to the sink. What a sink throws is dropped: tracing never changes what a program does.
     void trace(char const * file, int line, char const * function) noexcept;
 
-  private:
+private:
     friend class EnsureTraceHelperIsDestroyed;
     TraceHelper(TraceFacility const & facility, TraceFacility::FacilityLevel level)
         : facility_(facility), level_(level) {}
@@ -98,7 +127,7 @@ class VEL_EXPORT TraceHelper {
 
 // Ends the life of a helper that stands in somebody's storage; null is allowed.
 class VEL_EXPORT EnsureTraceHelperIsDestroyed {
-  public:
+public:
     explicit EnsureTraceHelperIsDestroyed(TraceHelper * helper) noexcept : helper_(helper) {}
     ~EnsureTraceHelperIsDestroyed() {
         if (helper_) helper_->~TraceHelper();
@@ -106,7 +135,7 @@ class VEL_EXPORT EnsureTraceHelperIsDestroyed {
     EnsureTraceHelperIsDestroyed(EnsureTraceHelperIsDestroyed const &) = delete;
     EnsureTraceHelperIsDestroyed & operator=(EnsureTraceHelperIsDestroyed const &) = delete;
 
-  private:
+private:
     TraceHelper * helper_;
 };
 

@@ -1,5 +1,5 @@
-// Builders of attribute records from the public accessors of a class, so that what generic tools read can never
-// disagree with the accessors.
+// Builders of attribute records from the public accessors of a class, so that what generic tools read can
+// never disagree with the accessors.
 //
 // Usage (in the .cpp of class Host)
 //     using Vel::Attrs;
@@ -75,14 +75,20 @@ struct ErasedIterator {
         [](void const * iterator) { return bool(of(iterator)); },
         [](void * iterator) { ++of(iterator); },
         [](void const * iterator) -> GenericIf {
-            if constexpr (requires { of(iterator)->key(); of(iterator)->value(); }) {
+            if constexpr (requires {
+                              of(iterator)->key();
+                              of(iterator)->value();
+                          }) {
                 return GenericIf::wrap(of(iterator)->key());
             } else {
                 return GenericIf::wrap((*of(iterator))->collectionKey());
             }
         },
         [](void const * iterator) -> GenericIf {
-            if constexpr (requires { of(iterator)->key(); of(iterator)->value(); }) {
+            if constexpr (requires {
+                              of(iterator)->key();
+                              of(iterator)->value();
+                          }) {
                 return GenericIf::wrap(of(iterator)->value());
             } else {
                 return GenericIf::wrap(*of(iterator));
@@ -97,7 +103,7 @@ struct ErasedIterator {
 // Builders for class `C`, which has a `_velType`.
 template <class C>
 class Attrs {
-  public:
+public:
     // An attribute that only `Get(object)` reads.
     template <auto Get>
     static constexpr VelAttr readOnly(char const * name, std::uint32_t index) {
@@ -138,7 +144,8 @@ class Attrs {
     //     LookUp(object, key)           the member or null
     //     Add(object, member)           adds an object; nullptr where members are only made in place
     //     Remove(object, key)           removes; what it returns, if anything, is answered
-    //     Make(object, arguments...)    makes or returns the member; `args` names its arguments, the key first
+    //     Make(object, arguments...)    makes or returns the member; `args` names its arguments, the key
+    //     first
     template <class Member, class Key, auto Range, auto LookUp, auto Add, auto Remove, auto Make,
               class... MakeArguments>
     static constexpr VelAttr collection(char const * name, std::uint32_t index, char const * keyName,
@@ -153,22 +160,22 @@ class Attrs {
             .index = index,
             .kind = VelAttr::Kind::collection,
             .operations = kLookUp | kAdd | kRemove | kIterate,
-            .function =
-                [](PtrInterface & object, AttributeOp const & op, std::span<GenericIf const> given) -> GenericIf {
-                    C & self = static_cast<C &>(object);
-                    if (op.operation != kAdd) return lookUpOrRemove<Key, LookUp, Remove>(self, op, given);
-                    if constexpr (!std::is_null_pointer_v<decltype(Add)>) {
-                        // A key that is itself an object is told from a member by its class.
-                        if (given.size() == 1 && (given[0].isNull() || given[0].isObject()) &&
-                            !isKey<Key>(given[0])) {
-                            Ptr<Member> const member = argument<Ptr<Member>>(op, given, 0);
-                            return AttrsImpl::wrapResult([&] { return std::invoke(Add, self, member); });
-                        }
+            .function = [](PtrInterface & object, AttributeOp const & op,
+                           std::span<GenericIf const> given) -> GenericIf {
+                C & self = static_cast<C &>(object);
+                if (op.operation != kAdd) return lookUpOrRemove<Key, LookUp, Remove>(self, op, given);
+                if constexpr (!std::is_null_pointer_v<decltype(Add)>) {
+                    // A key that is itself an object is told from a member by its class.
+                    if (given.size() == 1 && (given[0].isNull() || given[0].isObject()) &&
+                        !isKey<Key>(given[0])) {
+                        Ptr<Member> const member = argument<Ptr<Member>>(op, given, 0);
+                        return AttrsImpl::wrapResult([&] { return std::invoke(Add, self, member); });
                     }
-                    GenericIfImpl::checkArgumentCount(*op.attr, given, sizeof...(MakeArguments));
-                    return callWith<Make, MakeArguments...>(self, op, given,
-                                                            std::index_sequence_for<MakeArguments...>());
-                },
+                }
+                GenericIfImpl::checkArgumentCount(*op.attr, given, sizeof...(MakeArguments));
+                return callWith<Make, MakeArguments...>(self, op, given,
+                                                        std::index_sequence_for<MakeArguments...>());
+            },
             .iterator = &iterate<Key, Range>,
         });
     }
@@ -191,20 +198,20 @@ class Attrs {
             .index = index,
             .kind = VelAttr::Kind::valueCollection,
             .operations = kLookUp | kAdd | kRemove | kIterate,
-            .function =
-                [](PtrInterface & object, AttributeOp const & op, std::span<GenericIf const> given) -> GenericIf {
-                    C & self = static_cast<C &>(object);
-                    if (op.operation != kAdd) return lookUpOrRemove<Key, LookUp, Remove>(self, op, given);
-                    GenericIfImpl::checkArgumentCount(*op.attr, given, 2);
-                    auto const key = argument<Key>(op, given, 0);
-                    auto const value = argument<Value>(op, given, 1);
-                    return AttrsImpl::wrapResult([&] { return std::invoke(Set, self, key, value); });
-                },
+            .function = [](PtrInterface & object, AttributeOp const & op,
+                           std::span<GenericIf const> given) -> GenericIf {
+                C & self = static_cast<C &>(object);
+                if (op.operation != kAdd) return lookUpOrRemove<Key, LookUp, Remove>(self, op, given);
+                GenericIfImpl::checkArgumentCount(*op.attr, given, 2);
+                auto const key = argument<Key>(op, given, 0);
+                auto const value = argument<Value>(op, given, 1);
+                return AttrsImpl::wrapResult([&] { return std::invoke(Set, self, key, value); });
+            },
             .iterator = &iterate<Key, Range>,
         });
     }
 
-  private:
+private:
     static std::string where(AttributeOp const & op) {
         return std::string(op.attr->owner()->name()) + "::" + std::string(op.attr->name());
     }
@@ -224,7 +231,8 @@ class Attrs {
     }
 
     template <auto Get, auto Set>
-    static constexpr VelAttr valueOrReference(char const * name, std::uint32_t index, std::uint32_t operations) {
+    static constexpr VelAttr valueOrReference(char const * name, std::uint32_t index,
+                                              std::uint32_t operations) {
         using Read = std::remove_cvref_t<std::invoke_result_t<decltype(Get), C const &>>;
         using Wrapped = AttrsImpl::WrappedAs<Read>;
         constexpr bool isReference = kIsPtr<typename Wrapped::type>;
@@ -235,21 +243,21 @@ class Attrs {
             .index = index,
             .kind = isReference ? VelAttr::Kind::reference : VelAttr::Kind::value,
             .operations = operations,
-            .function =
-                [](PtrInterface & object, AttributeOp const & op, std::span<GenericIf const> given) -> GenericIf {
-                    C & self = static_cast<C &>(object);
-                    if (op.operation == kRead) {
-                        return GenericIf::wrap(std::invoke(Get, static_cast<C const &>(self)));
+            .function = [](PtrInterface & object, AttributeOp const & op,
+                           std::span<GenericIf const> given) -> GenericIf {
+                C & self = static_cast<C &>(object);
+                if (op.operation == kRead) {
+                    return GenericIf::wrap(std::invoke(Get, static_cast<C const &>(self)));
+                }
+                if constexpr (!std::is_null_pointer_v<decltype(Set)>) {
+                    try {
+                        AttrsImpl::invokeWith<Set>(self, given[0].as<typename Wrapped::type>());
+                    } catch (RangeException const & wrong) {
+                        GenericIfImpl::throwArgument(where(op), op.attr->name().data(), wrong.what());
                     }
-                    if constexpr (!std::is_null_pointer_v<decltype(Set)>) {
-                        try {
-                            AttrsImpl::invokeWith<Set>(self, given[0].as<typename Wrapped::type>());
-                        } catch (RangeException const & wrong) {
-                            GenericIfImpl::throwArgument(where(op), op.attr->name().data(), wrong.what());
-                        }
-                    }
-                    return nullptr;
-                },
+                }
+                return nullptr;
+            },
         });
     }
 
@@ -261,7 +269,10 @@ class Attrs {
             return AttrsImpl::wrapResult([&] { return std::invoke(Remove, self, key); });
         }
         auto const found = std::invoke(LookUp, static_cast<C const &>(self), key);
-        if constexpr (requires { found->value(); found->isPresent(); }) {
+        if constexpr (requires {
+                          found->value();
+                          found->isPresent();
+                      }) {
             return found ? GenericIf::wrap(found->value()) : GenericIf();
         } else {
             return GenericIf::wrap(found);

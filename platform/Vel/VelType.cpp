@@ -41,14 +41,14 @@ GenericIf unsignedFromStrRep(VelType const &, std::string_view text) {
 
 }  // namespace
 
-constinit VelType const Builtin<bool>::_velType{{
+constinit VelType Builtin<bool>::_velType const {{
     .name = "bool",
     .fromStrRep = boolFromStrRep,
     .kind = VelType::Kind::value,
     .toStrRep = [](GenericIf const & value) { return std::string(value.as<bool>() ? "true" : "false"); },
 }};
 
-constinit VelType const Builtin<unsigned int>::_velType{{
+constinit VelType Builtin<unsigned int>::_velType const {{
     .name = "unsigned int",
     .fromStrRep = unsignedFromStrRep,
     .kind = VelType::Kind::value,
@@ -104,7 +104,8 @@ bool VelType::isA(VelType const & other) const noexcept {
 
 GenericIf VelType::genericIf(void const * object, bool isConst) const {
     if (!object) return nullptr;
-    if (!record_.fromPtrInterface) throw OpNotSupportedException(std::string(name()) + " is not an object type");
+    if (!record_.fromPtrInterface)
+        throw OpNotSupportedException(std::string(name()) + " is not an object type");
     return record_.fromPtrInterface(static_cast<PtrInterface const *>(object), isConst);
 }
 

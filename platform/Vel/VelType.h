@@ -53,7 +53,7 @@ struct VelEnumerator {
 };
 
 class VelAttr {
-  public:
+public:
     enum class Kind : std::uint8_t {
         value,            // a plain value
         reference,        // another object, or null
@@ -91,7 +91,9 @@ class VelAttr {
     // Null but for collections.
     VelType const * keyType() const noexcept { return record_.keyType; }
     // Empty but for collections.
-    std::string_view keyName() const noexcept { return record_.keyName ? record_.keyName : std::string_view(); }
+    std::string_view keyName() const noexcept {
+        return record_.keyName ? record_.keyName : std::string_view();
+    }
     // Of a function: its arguments. Of a collection: what makes a member, the key first.
     std::span<VelArg const> args() const noexcept { return record_.args; }
     std::uint32_t index() const noexcept { return record_.index; }
@@ -107,12 +109,12 @@ class VelAttr {
     Function function() const noexcept { return record_.function; }
     IteratorFunction iterator() const noexcept { return record_.iterator; }
 
-  private:
+private:
     Record record_;
 };
 
 class VEL_EXPORT VelType {
-  public:
+public:
     enum class Kind : std::uint8_t {
         nothing,      // what a function returns that returns nothing
         value,        // copied as it is
@@ -123,8 +125,8 @@ class VEL_EXPORT VelType {
     using FromStrRep = GenericIf (*)(VelType const & type, std::string_view text);
     using ToStrRep = std::string (*)(GenericIf const & value);
     using FromCtorArgs = GenericIf (*)(std::span<GenericIf const> args);
-    // `arguments` is a `std::span<GenericIf const> *`, `result` a `GenericIf *`; sets `*done` when the operation
-    // has been carried out.
+    // `arguments` is a `std::span<GenericIf const> *`, `result` a `GenericIf *`; sets `*done` when the
+    // operation has been carried out.
     using AttributeOpEntry = void (*)(void * object, bool isConst, AttributeOp const & op, void * arguments,
                                       void * result, bool * done);
     using IteratorEntry = void * (*)(void * object, VelAttr const * attr, IteratorVTable const ** table);
@@ -173,13 +175,13 @@ class VEL_EXPORT VelType {
     bool isA(VelType const & other) const noexcept;
     // Wraps the object at `object`, which is of this type; null gives null.
     GenericIf genericIf(void const * object, bool isConst) const;
-    // The value that `text` stands for, of this type. Throws RangeException, which says what was expected, for
-    // a text that stands for none, and OpNotSupportedException for objects.
+    // The value that `text` stands for, of this type. Throws RangeException, which says what was expected,
+    // for a text that stands for none, and OpNotSupportedException for objects.
     GenericIf fromStrRep(std::string_view text) const;
     // The text that stands for `value`, which is of this type; the reverse of `fromStrRep`.
     std::string strRep(GenericIf const & value) const;
 
-  private:
+private:
     Record record_;
 };
 
@@ -194,13 +196,13 @@ VEL_EXPORT std::vector<VelType const *> typeNodes();
 
 // Registers a type for as long as this object lives.
 class VEL_EXPORT TypeRegistration {
-  public:
+public:
     explicit TypeRegistration(VelType const & type) : type_(type) { typeNodeIs(&type_); }
     ~TypeRegistration() { typeNodeDel(&type_); }
     TypeRegistration(TypeRegistration const &) = delete;
     TypeRegistration & operator=(TypeRegistration const &) = delete;
 
-  private:
+private:
     VelType const & type_;
 };
 

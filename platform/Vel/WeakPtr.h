@@ -1,8 +1,8 @@
 // References that are not counted and become null when their target dies.
 //
-// A model object that points back (a port at its group) must neither keep its target alive nor outlive it. The
-// target carries a `WeakTarget`; every `WeakPtr` at it stands in its list, so that setting, clearing and dying
-// cost no allocation and no lookup. One thread only.
+// A model object that points back (a port at its group) must neither keep its target alive nor outlive it.
+// The target carries a `WeakTarget`; every `WeakPtr` at it stands in its list, so that setting, clearing and
+// dying cost no allocation and no lookup. One thread only.
 #pragma once
 
 #include "platform/Vel/PtrInterface.h"
@@ -12,11 +12,11 @@ namespace Vel {
 class WeakTarget;
 
 class VEL_EXPORT WeakPtrBase {
-  public:
+public:
     WeakPtrBase(WeakPtrBase const &) = delete;
     WeakPtrBase & operator=(WeakPtrBase const &) = delete;
 
-  protected:
+protected:
     WeakPtrBase() noexcept = default;
     ~WeakPtrBase() { leave(); }
     void enter(WeakTarget & target) noexcept;
@@ -24,7 +24,7 @@ class VEL_EXPORT WeakPtrBase {
 
     PtrInterface const * object_ = nullptr;
 
-  private:
+private:
     friend class WeakTarget;
     WeakPtrBase * next_ = nullptr;
     WeakPtrBase ** previous_ = nullptr;  // What points at this: the target's list head or a `next_`.
@@ -32,13 +32,13 @@ class VEL_EXPORT WeakPtrBase {
 
 // The end of a target's weak references: a member of every class that `WeakPtr` points at.
 class VEL_EXPORT WeakTarget {
-  public:
+public:
     WeakTarget() noexcept = default;
     ~WeakTarget();
     WeakTarget(WeakTarget const &) = delete;
     WeakTarget & operator=(WeakTarget const &) = delete;
 
-  private:
+private:
     friend class WeakPtrBase;
     WeakPtrBase * first_ = nullptr;
 };
@@ -46,7 +46,7 @@ class VEL_EXPORT WeakTarget {
 // `T` offers `Vel::WeakTarget & weakTarget() const`.
 template <class T>
 class WeakPtr : private WeakPtrBase {
-  public:
+public:
     WeakPtr() noexcept = default;
 
     // Null when nothing was set, and from the moment when the target's destruction is certain.

@@ -1,0 +1,55 @@
+// Finds the version-3 port base that corresponds to a version-2 one whose kind is not known statically.
+//
+// Usage
+//     auto const finder = portBaseFinderFactory(hostV2, hostV3);
+//     NetworkTopologyV3::PortBase::Ptr const found = finder->find(portBaseV2);
+//
+// The correspondence is by name within the kind: the port base's own visitor dispatch tells the kind, so a
+// version-2 port finds only a version-3 port, never a port group of the same name.
+#pragma once
+
+#include "platform/NetworkTopology/HostV2.h"
+#include "platform/NetworkTopology/PortBaseVisitor.h"
+#include "platform/NetworkTopologyV3/Host.h"
+#include "platform/NetworkTopologyV3/PortBase.h"
+#include "platform/Vel/AllocTrack.h"
+#include "platform/Vel/Export.h"
+#include "platform/Vel/Ptr.h"
+
+namespace NetworkTopologyAggregator {
+
+class VEL_EXPORT PortBaseFinder final : public NetworkTopology::PortBaseVisitor,
+                                        public Vel::AllocTracked<PortBaseFinder> {
+public:
+    using Ptr = Vel::Ptr<PortBaseFinder>;
+    using PtrConst = Vel::Ptr<PortBaseFinder const>;
+
+    // Both hosts are kept alive; null is allowed, but a finder without a version-3 host finds nothing.
+    PortBaseFinder(Vel::Ptr<NetworkTopology::HostV2 const> const & hostV2,
+                   Vel::Ptr<NetworkTopologyV3::Host> const & hostV3);
+    ~PortBaseFinder() override;
+
+    void visitPort(Vel::Ptr<NetworkTopology::PortV2 const> const & port) override;
+    void visitPortGroup(Vel::Ptr<NetworkTopology::PortGroupV2 const> const & group) override;
+    void visitMlag(Vel::Ptr<NetworkTopology::MlagV2 const> const & mlag) override;
+
+    Vel::Ptr<NetworkTopology::HostV2 const> const & hostV2() const noexcept { return hostV2_; }
+    Vel::Ptr<NetworkTopologyV3::Host> const & hostV3() const noexcept { return hostV3_; }
+    // What the last visit found; null before the first and after one that found nothing.
+    NetworkTopologyV3::PortBase::Ptr const & result() const noexcept { return result_; }
+
+    // The counterpart of `portBase` in the version-3 host; null when there is none, or no port base.
+    NetworkTopologyV3::PortBase::Ptr find(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portBase);
+
+private:
+    // Destroyed in the reverse order: the result first.
+    Vel::Ptr<NetworkTopology::HostV2 const> const hostV2_;
+    Vel::Ptr<NetworkTopologyV3::Host> const hostV3_;
+    NetworkTopologyV3::PortBase::Ptr result_;
+};
+
+// Makes a finder and switches its notifications on.
+VEL_EXPORT Vel::Ptr<PortBaseFinder> portBaseFinderFactory(
+    Vel::Ptr<NetworkTopology::HostV2 const> const & hostV2, Vel::Ptr<NetworkTopologyV3::Host> const & hostV3);
+
+}  // namespace NetworkTopologyAggregator
