@@ -14,10 +14,10 @@
 
 namespace Keln {
 
-// A 48-bit MAC address (EUI-48, IEEE Std 802), in canonical order: the octet with the individual/group bit is the
-// first one, and that bit is its least significant.
+// A 48-bit MAC address (EUI-48, IEEE Std 802), in canonical order: the octet with the individual/group bit is
+// the first one, and that bit is its least significant.
 class VEL_EXPORT EthAddr {
-  public:
+public:
     // The zero address, which stands for "none".
     constexpr EthAddr() noexcept = default;
     constexpr EthAddr(std::uint8_t a, std::uint8_t b, std::uint8_t c, std::uint8_t d, std::uint8_t e,
@@ -38,14 +38,15 @@ class VEL_EXPORT EthAddr {
         return value;
     }
 
-    // The form that `parse` takes, in small letters: "02:00:5e:10:00:01". IEEE Std 802 puts hyphens between the
-    // octets of the canonical form; network operating systems write colons, and mean the same order of bits.
+    // The form that `parse` takes, in small letters: "02:00:5e:10:00:01". IEEE Std 802 puts hyphens between
+    // the octets of the canonical form; network operating systems write colons, and mean the same order of
+    // bits.
     std::string text() const;
 
     friend constexpr bool operator==(EthAddr const &, EthAddr const &) noexcept = default;
     friend constexpr std::strong_ordering operator<=>(EthAddr const &, EthAddr const &) noexcept = default;
 
-  private:
+private:
     std::array<std::uint8_t, 6> octets_{};
 };
 

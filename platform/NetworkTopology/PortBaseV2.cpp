@@ -1,0 +1,40 @@
+#include "platform/NetworkTopology/PortBaseV2.h"
+
+#include "platform/NetworkTopology/HostV2.h"
+
+namespace NetworkTopology {
+
+PortBaseV2::~PortBaseV2() = default;
+
+template <class... Callbacks>
+void PortBaseV2::notify(Callbacks const &... callbacks) const {
+    notifiees().notify<NotifieeConst>(*this, callbacks...);
+}
+
+void PortBaseV2::typeIs(PortTypeV2 value) {
+    if (Vel::replaced(type_, value)) notify([](NotifieeConst & r) { r.onType(); });
+}
+
+void PortBaseV2::addedByOwnerIs(bool value) {
+    if (Vel::replaced(addedByOwner_, value)) notify([](NotifieeConst & r) { r.onAddedByOwner(); });
+}
+
+HostV2 * PortBaseV2::host() const {
+    // A host whose last reference has gone may wait for its destructor.
+    return owner_ && !owner_->isBeingDestroyed() ? owner_ : nullptr;
+}
+
+PortBaseV2::NotifieeConst::~NotifieeConst() = default;
+
+void PortBaseV2::NotifieeConst::notifierIs(Vel::Ptr<Vel::PtrInterface const> const & notifier) {
+    auto portBase = Vel::dynamicPtrCast<PortBaseV2 const>(notifier);
+    if (portBase && follows_ != Kind::any && follows_ != portBase->kind_) portBase = nullptr;
+    Vel::PtrInterface::NotifieeConst::notifierIs(portBase);
+}
+
+void PortBaseV2::NotifieeConst::isRegisteredNotifieeIs(bool registered) const { registeredIs(registered); }
+
+void PortBaseV2::NotifieeConst::onType() {}
+void PortBaseV2::NotifieeConst::onAddedByOwner() {}
+
+}  // namespace NetworkTopology

@@ -1,0 +1,66 @@
+#include "platform/NetworkTopology/PortGroupV2.h"
+
+#include <utility>
+
+#include "platform/NetworkTopology/MlagV2.h"
+#include "platform/NetworkTopology/Mutation.h"
+#include "platform/NetworkTopology/PortBaseVisitor.h"
+
+namespace NetworkTopology {
+
+namespace {
+
+constexpr auto onMemberPort = [](PortGroupV2::NotifieeConst & r, auto const &... key) {
+    r.onMemberPort(key...);
+};
+
+}  // namespace
+
+PortGroupV2::PortGroupV2(Vel::Name name) noexcept : PortBaseV2(Kind::portGroup, std::move(name)) {}
+
+PortGroupV2::~PortGroupV2() = default;
+
+template <class... Callbacks>
+void PortGroupV2::notify(Callbacks const &... callbacks) const {
+    notifyKind<NotifieeConst>(callbacks...);
+}
+
+Vel::Ptr<PortGroupV2> PortGroupV2::PortGroupV2Is(Vel::Name name) { return new PortGroupV2(std::move(name)); }
+
+Vel::Ptr<PortV2> PortGroupV2::memberPort(Vel::Name const & name) const noexcept {
+    return Mutation::valueOf(memberPort_[name]);
+}
+
+void PortGroupV2::memberPortIs(Vel::Name name, Vel::Ptr<PortV2> const & port) {
+    Mutation::valueIs(*this, memberPort_, name, port, onMemberPort);
+}
+
+void PortGroupV2::memberPortDel(Vel::Name name) {
+    Mutation::valueDel(*this, memberPort_, name, onMemberPort);
+}
+
+void PortGroupV2::memberPortDelAll() {
+    Mutation::valueDelAll(*this, memberPort_, onMemberPort,
+                          [](NotifieeConst & r) { r.onMemberPortvelImmediate(); });
+}
+
+Vel::Ptr<MlagV2> PortGroupV2::mlag() const { return mlag_.get(); }
+
+void PortGroupV2::mlagIs(Vel::Ptr<MlagV2> const & value) {
+    if (mlag_ == value.get()) return;
+    mlag_ = value.get();
+    notify([](NotifieeConst & r) { r.onMlag(); });
+}
+
+void PortGroupV2::accept(Vel::Ptr<PortBaseVisitor> const & visitor) const {
+    if (visitor) visitor->visitPortGroup(this);
+}
+
+PortGroupV2::NotifieeConst::~NotifieeConst() = default;
+
+void PortGroupV2::NotifieeConst::onMemberPort(Vel::Name) {}
+void PortGroupV2::NotifieeConst::onMemberPortvelImmediate() {}
+void PortGroupV2::NotifieeConst::onMemberPort() {}
+void PortGroupV2::NotifieeConst::onMlag() {}
+
+}  // namespace NetworkTopology

@@ -1,0 +1,32 @@
+#include "platform/NetworkTopology/PortV2.h"
+
+#include <utility>
+
+#include "platform/NetworkTopology/PortBaseVisitor.h"
+#include "platform/NetworkTopology/PortGroupV2.h"
+
+namespace NetworkTopology {
+
+PortV2::PortV2(Vel::Name name) noexcept : PortBaseV2(Kind::port, std::move(name)) {}
+
+PortV2::~PortV2() = default;
+
+Vel::Ptr<PortV2> PortV2::PortV2Is(Vel::Name name) { return new PortV2(std::move(name)); }
+
+Vel::Ptr<PortGroupV2> PortV2::portGroup() const { return portGroup_.get(); }
+
+void PortV2::portGroupIs(Vel::Ptr<PortGroupV2> const & value) {
+    if (portGroup_ == value.get()) return;
+    portGroup_ = value.get();
+    notifyKind<NotifieeConst>([](NotifieeConst & r) { r.onPortGroup(); });
+}
+
+void PortV2::accept(Vel::Ptr<PortBaseVisitor> const & visitor) const {
+    if (visitor) visitor->visitPort(this);
+}
+
+PortV2::NotifieeConst::~NotifieeConst() = default;
+
+void PortV2::NotifieeConst::onPortGroup() {}
+
+}  // namespace NetworkTopology

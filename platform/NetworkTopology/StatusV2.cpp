@@ -1,0 +1,83 @@
+#include "platform/NetworkTopology/StatusV2.h"
+
+#include <utility>
+
+#include "platform/NetworkTopology/Mutation.h"
+
+namespace NetworkTopology {
+
+namespace {
+
+// Each with the key of an entry, or without.
+constexpr auto onHost = [](StatusV2::NotifieeConst & r, auto const &... key) { r.onHost(key...); };
+constexpr auto onEdge = [](StatusV2::NotifieeConst & r, auto const &... key) { r.onEdge(key...); };
+
+}  // namespace
+
+StatusV2::StatusV2() noexcept = default;
+
+StatusV2::~StatusV2() {
+    Mutation::disown(host_);
+    Mutation::disown(edge_);
+}
+
+template <class... Callbacks>
+void StatusV2::notify(Callbacks const &... callbacks) const {
+    notifiees().notify<NotifieeConst>(*this, callbacks...);
+}
+
+Vel::Ptr<StatusV2> StatusV2::StatusV2Is() { return new StatusV2; }
+
+Vel::Ptr<HostV2> StatusV2::hostIs(Vel::Name name) {
+    return Mutation::memberIs(
+        *this, host_, name, [&] { return HostV2::HostV2Is(name); }, onHost);
+}
+
+Vel::Ptr<HostV2> StatusV2::hostIs(Vel::Ptr<HostV2> host) {
+    return Mutation::memberIs(*this, host_, std::move(host), "NetworkTopology::StatusV2::host", onHost);
+}
+
+Vel::Ptr<HostV2> StatusV2::hostDel(Vel::Name name) { return Mutation::memberDel(*this, host_, name, onHost); }
+
+void StatusV2::hostDelAll() {
+    Mutation::memberDelAll(*this, host_, onHost, [](NotifieeConst & r) { r.onHostvelImmediate(); });
+}
+
+void StatusV2::localhostIs(Vel::Ptr<HostV2> const & value) {
+    if (Vel::replaced(localhost_, value)) notify([](NotifieeConst & r) { r.onLocalhost(); });
+}
+
+Vel::Ptr<DirectedEdgeV2> StatusV2::edgeIs(Vel::Ptr<PortBaseV2 const> fromPort) {
+    return Mutation::memberIs(
+        *this, edge_, fromPort, [&] { return DirectedEdgeV2::DirectedEdgeV2Is(fromPort); }, onEdge);
+}
+
+Vel::Ptr<DirectedEdgeV2> StatusV2::edgeIs(Vel::Ptr<DirectedEdgeV2> edge) {
+    return Mutation::memberIs(*this, edge_, std::move(edge), "NetworkTopology::StatusV2::edge", onEdge);
+}
+
+Vel::Ptr<DirectedEdgeV2> StatusV2::edgeDel(Vel::Ptr<PortBaseV2 const> fromPort) {
+    return Mutation::memberDel(*this, edge_, fromPort, onEdge);
+}
+
+void StatusV2::edgeDelAll() {
+    Mutation::memberDelAll(*this, edge_, onEdge, [](NotifieeConst & r) { r.onEdgevelImmediate(); });
+}
+
+StatusV2::NotifieeConst::~NotifieeConst() = default;
+
+void StatusV2::NotifieeConst::notifierIs(Vel::Ptr<Vel::PtrInterface const> const & notifier) {
+    Vel::PtrInterface::NotifieeConst::notifierIs(Vel::dynamicPtrCast<StatusV2 const>(notifier));
+}
+
+void StatusV2::NotifieeConst::isRegisteredNotifieeIs(bool registered) const { registeredIs(registered); }
+
+void StatusV2::NotifieeConst::onHost(Vel::Name) {}
+void StatusV2::NotifieeConst::onHostvelImmediate() {}
+void StatusV2::NotifieeConst::onHost() {}
+void StatusV2::NotifieeConst::onLocalhost() {}
+void StatusV2::NotifieeConst::onEdge(Vel::Ptr<PortBaseV2 const> const &) {}
+void StatusV2::NotifieeConst::onEdgevelImmediate() {}
+void StatusV2::NotifieeConst::onEdge() {}
+
+}  // namespace NetworkTopology
