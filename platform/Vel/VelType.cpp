@@ -41,14 +41,18 @@ GenericIf unsignedFromStrRep(VelType const &, std::string_view text) {
 
 }  // namespace
 
-constinit VelType Builtin<bool>::_velType const {{
+// Named without angle brackets, between which clang-format loses the place of `const`.
+using BuiltinBool = Builtin<bool>;
+using BuiltinUnsigned = Builtin<unsigned int>;
+
+constinit VelType const BuiltinBool::_velType{{
     .name = "bool",
     .fromStrRep = boolFromStrRep,
     .kind = VelType::Kind::value,
     .toStrRep = [](GenericIf const & value) { return std::string(value.as<bool>() ? "true" : "false"); },
 }};
 
-constinit VelType Builtin<unsigned int>::_velType const {{
+constinit VelType const BuiltinUnsigned::_velType{{
     .name = "unsigned int",
     .fromStrRep = unsignedFromStrRep,
     .kind = VelType::Kind::value,
