@@ -1,0 +1,51 @@
+#include "platform/NetworkTopologyV3/PortBase.h"
+
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include "platform/NetworkTopologyV3/Host.h"
+
+namespace NetworkTopologyV3 {
+
+PortBase::PortBase(Vel::Name name, Host & host, Kind kind) noexcept
+    : kind_(kind), name_(std::move(name)), host_(&host) {}
+
+PortBase::~PortBase() {
+    if (!hasHost_) std::destroy_at(&hostName_);
+}
+
+Host * PortBase::host() const noexcept {
+    // A host whose last reference has gone may wait for its destructor.
+    return hasHost_ && !host_->isBeingDestroyed() ? host_ : nullptr;
+}
+
+void PortBase::hostDel() noexcept {
+    Vel::String const & hostName = host_->name();
+    std::construct_at(&hostName_, hostName);
+    hasHost_ = false;
+}
+
+PortKey PortBase::portKey() const {
+    if (keyMember_.empty()) {
+        std::string_view const kind = kind_ == Kind::port        ? PortKey::kPort
+                                      : kind_ == Kind::portGroup ? PortKey::kPortGroup
+                                                                 : PortKey::kMlag;
+        keyMember_ = PortKey::memberOf(kind, name_);
+    }
+    return PortKey(hasHost_ ? host_->name() : hostName_, keyMember_);
+}
+
+void PortBase::typeIs(PortType type) {
+    if (Vel::replaced(type_, type)) {
+        notifiees().notify<NotifieeConst>(*this, [](NotifieeConst & r) { r.onType(); });
+    }
+}
+
+void PortBase::NotifieeConst::notifierIs(Vel::Ptr<Vel::PtrInterface const> const & notifier) {
+    auto portBase = Vel::dynamicPtrCast<PortBase const>(notifier);
+    if (portBase && follows_ != Kind::any && portBase->kind_ != follows_) portBase = nullptr;
+    Vel::PtrInterface::NotifieeConst::notifierIs(portBase);
+}
+
+}  // namespace NetworkTopologyV3
