@@ -2,6 +2,8 @@
 
 #include <ostream>
 
+#include "platform/Vel/GenericIf.h"
+
 namespace Keln {
 
 namespace {
@@ -43,5 +45,22 @@ std::string EthAddr::text() const {
 }
 
 std::ostream & operator<<(std::ostream & out, EthAddr const & address) { return out << address.text(); }
+
+constinit Vel::VelType const EthAddr::_velType{{
+    .name = "Keln::EthAddr",
+    .fromStrRep = [](Vel::VelType const &, std::string_view text) -> Vel::GenericIf {
+        if (auto const address = EthAddr::parse(text)) return Vel::GenericIf::wrap(*address);
+        throw Vel::RangeException("expected an Ethernet address such as 02:00:5e:10:00:01, found \"" +
+                                  std::string(text) + '"');
+    },
+    .kind = Vel::VelType::Kind::value,
+    .toStrRep = [](Vel::GenericIf const & value) { return value.as<EthAddr>().text(); },
+}};
+
+namespace {
+
+Vel::TypeRegistration const registration(EthAddr::_velType);
+
+}  // namespace
 
 }  // namespace Keln

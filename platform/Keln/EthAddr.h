@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "platform/Vel/Export.h"
+#include "platform/Vel/VelType.h"
 
 namespace Keln {
 
@@ -18,6 +19,8 @@ namespace Keln {
 // the first one, and that bit is its least significant.
 class VEL_EXPORT EthAddr {
 public:
+    static Vel::VelType const _velType;
+
     // The zero address, which stands for "none".
     constexpr EthAddr() noexcept = default;
     constexpr EthAddr(std::uint8_t a, std::uint8_t b, std::uint8_t c, std::uint8_t d, std::uint8_t e,

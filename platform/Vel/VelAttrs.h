@@ -268,7 +268,7 @@ private:
         if (op.operation == kRemove) {
             return AttrsImpl::wrapResult([&] { return std::invoke(Remove, self, key); });
         }
-        auto const found = std::invoke(LookUp, static_cast<C const &>(self), key);
+        auto const found = std::invoke(LookUp, self, key);
         if constexpr (requires {
                           found->value();
                           found->isPresent();
