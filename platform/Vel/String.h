@@ -89,8 +89,9 @@ public:
     friend bool operator==(String const & a, String const & b) noexcept {
         return a.data_ == b.data_ || (a.reversedHash() == b.reversedHash() && a.view() == b.view());
     }
-    friend bool operator==(String const & a, std::string_view b) noexcept { return a.view() == b; }
-    friend bool operator==(String const & a, char const * b) noexcept { return a.view() == b; }
+    friend bool operator==(String const & a, std::convertible_to<std::string_view> auto const & b) noexcept {
+        return a.view() == std::string_view(b);
+    }
     // Bytes, unsigned, lexicographically.
     friend std::strong_ordering operator<=>(String const & a, String const & b) noexcept {
         return a.view() <=> b.view();
