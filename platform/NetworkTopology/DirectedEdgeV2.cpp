@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/NetworkTopology/Mutation.h"
+#include "platform/Vel/VelAttrs.h"
 
 namespace NetworkTopology {
 
@@ -56,5 +57,51 @@ void DirectedEdgeV2::NotifieeConst::isRegisteredNotifieeIs(bool registered) cons
 void DirectedEdgeV2::NotifieeConst::onToPort(Vel::Ptr<PortBaseV2 const> const &) {}
 void DirectedEdgeV2::NotifieeConst::onToPortvelImmediate() {}
 void DirectedEdgeV2::NotifieeConst::onToPort() {}
+
+namespace {
+
+constexpr Vel::VelArg fromPortArg[] = {{"fromPort", &PortBaseV2::_velType}};
+constexpr Vel::VelArg toPortArgs[] = {{"port", &PortBaseV2::_velType},
+                                      {"flag", &Vel::Builtin<bool>::_velType}};
+
+using Attrs = Vel::Attrs<DirectedEdgeV2>;
+
+constexpr Vel::VelAttr attributes[] = {
+    Attrs::readOnly<&DirectedEdgeV2::fromPort>("fromPort", 130),
+    Attrs::valueCollection<Vel::Ptr<PortBaseV2 const>, bool, [](DirectedEdgeV2 & o) { return o.toPort(); },
+                           [](DirectedEdgeV2 & o, Vel::Ptr<PortBaseV2 const> const & key) {
+                               return o.toPortEntry(key);
+                           },
+                           &DirectedEdgeV2::toPortIs, &DirectedEdgeV2::toPortDel>("toPort", 131, "port",
+                                                                                  toPortArgs),
+    Attrs::function<&DirectedEdgeV2::toPortDelAll>("toPortDelAll", 132, {}),
+};
+
+}  // namespace
+
+constinit Vel::VelType const DirectedEdgeV2::_velType{{
+    .name = "NetworkTopology::DirectedEdgeV2",
+    .attributes = attributes,
+    .ctorArgs = fromPortArg,
+    .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
+    .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
+    .genericIfFromCtorArgs =
+        [](std::span<Vel::GenericIf const> args) {
+            return Vel::GenericIf(DirectedEdgeV2::DirectedEdgeV2Is(
+                Vel::GenericIfImpl::unwrapArgument<Vel::Ptr<PortBaseV2 const>>(
+                    DirectedEdgeV2::_velType.name(), fromPortArg, args, 0)));
+        },
+    .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
+    .genericIfIterator = Vel::GenericIfImpl::iterator,
+    .genericIfIteratorKey = Vel::GenericIfImpl::iteratorKey,
+}};
+
+Vel::VelType const * DirectedEdgeV2::fwkType() const { return &_velType; }
+
+namespace {
+
+Vel::TypeRegistration const registration(DirectedEdgeV2::_velType);
+
+}  // namespace
 
 }  // namespace NetworkTopology

@@ -22,6 +22,9 @@ public:
     struct ToPortTag;
     using ToPort = Vel::HashMap2018<ToPortTag, Vel::Ptr<PortBaseV2 const>, bool>;
 
+    static Vel::VelType const _velType;
+    Vel::VelType const * fwkType() const override;
+
     // An edge that no status holds yet. `fromPort` may be null.
     static Vel::Ptr<DirectedEdgeV2> DirectedEdgeV2Is(Vel::Ptr<PortBaseV2 const> fromPort);
 
@@ -34,6 +37,10 @@ public:
     ToPort::Range toPort() const noexcept { return {toPort_, *this}; }
     // The flag of a destination; nothing when it is not there.
     std::optional<bool> toPort(Vel::Ptr<PortBaseV2 const> const & port) const noexcept;
+    // The entry of a destination; null when it is not there. Valid until the destination is removed.
+    ToPort::Node const * toPortEntry(Vel::Ptr<PortBaseV2 const> const & port) const noexcept {
+        return toPort_[port];
+    }
     // Adds a destination, or changes its flag.
     void toPortIs(Vel::Ptr<PortBaseV2 const> port, bool flag);
     void toPortDel(Vel::Ptr<PortBaseV2 const> port);

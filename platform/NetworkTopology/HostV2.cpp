@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/NetworkTopology/Mutation.h"
+#include "platform/Vel/VelAttrs.h"
 
 namespace NetworkTopology {
 
@@ -166,5 +167,82 @@ void HostV2::NotifieeConst::onMlagRaw() {}
 void HostV2::NotifieeConst::onLogicalPort(Vel::Name) {}
 void HostV2::NotifieeConst::onLogicalPortvelImmediate() {}
 void HostV2::NotifieeConst::onLogicalPort() {}
+
+namespace {
+
+constexpr Vel::VelArg nameArg[] = {{"name", &Vel::Name::_velType}};
+constexpr Vel::VelArg mlagArgs[] = {{"name", &Vel::Name::_velType}, {"secondaryName", &Vel::Name::_velType}};
+constexpr Vel::VelArg mlagRawArgs[] = {{"name", &Vel::Name::_velType}, {"mlag", &MlagV2::_velType}};
+constexpr Vel::VelArg logicalPortArgs[] = {{"name", &Vel::Name::_velType},
+                                           {"portBase", &PortBaseV2::_velType}};
+
+using Attrs = Vel::Attrs<HostV2>;
+
+constexpr Vel::VelAttr attributes[] = {
+    Attrs::readOnly<&HostV2::name>("name", 130),
+    Attrs::value<&HostV2::hostname, &HostV2::hostnameIs>("hostname", 131),
+    Attrs::value<&HostV2::hostnameAddedByOwner, &HostV2::hostnameAddedByOwnerIs>("hostnameAddedByOwner", 132),
+    Attrs::value<&HostV2::mlagSystemId, &HostV2::mlagSystemIdIs>("mlagSystemId", 133),
+    Attrs::value<&HostV2::mlagDomainId, &HostV2::mlagDomainIdIs>("mlagDomainId", 134),
+    Attrs::value<&HostV2::mlagState, &HostV2::mlagStateIs>("mlagState", 135),
+    Attrs::value<&HostV2::mlagPeerLink, &HostV2::mlagPeerLinkIs>("mlagPeerLink", 136),
+    Attrs::collection<PortV2, Vel::Name, [](HostV2 & o) { return o.port(); },
+                      [](HostV2 & o, Vel::Name const & key) { return o.port(key); },
+                      [](HostV2 & o, Vel::Ptr<PortV2> const & member) { return o.portIs(member); },
+                      &HostV2::portDel, [](HostV2 & o, Vel::Name const & key) { return o.portIs(key); },
+                      Vel::Name>("port", 137, "name", nameArg),
+    Attrs::function<&HostV2::portDelAll>("portDelAll", 138, {}),
+    Attrs::collection<PortGroupV2, Vel::Name, [](HostV2 & o) { return o.portGroup(); },
+                      [](HostV2 & o, Vel::Name const & key) { return o.portGroup(key); },
+                      [](HostV2 & o, Vel::Ptr<PortGroupV2> const & member) { return o.portGroupIs(member); },
+                      &HostV2::portGroupDel,
+                      [](HostV2 & o, Vel::Name const & key) { return o.portGroupIs(key); }, Vel::Name>(
+        "portGroup", 139, "name", nameArg),
+    Attrs::function<&HostV2::portGroupDelAll>("portGroupDelAll", 140, {}),
+    Attrs::collection<MlagV2, Vel::Name, [](HostV2 & o) { return o.mlag(); },
+                      [](HostV2 & o, Vel::Name const & key) { return o.mlag(key); },
+                      [](HostV2 & o, Vel::Ptr<MlagV2> const & member) { return o.mlagIs(member); },
+                      &HostV2::mlagDel,
+                      [](HostV2 & o, Vel::Name const & key, Vel::Name const & secondaryName) {
+                          return o.mlagIs(key, secondaryName);
+                      },
+                      Vel::Name, Vel::Name>("mlag", 141, "name", mlagArgs),
+    Attrs::function<&HostV2::mlagDelAll>("mlagDelAll", 142, {}),
+    Attrs::valueCollection<Vel::Name, Vel::Ptr<MlagV2>, [](HostV2 & o) { return o.mlagRaw(); },
+                           [](HostV2 & o, Vel::Name const & key) { return o.mlagRawEntry(key); },
+                           &HostV2::mlagRawIs, &HostV2::mlagRawDel>("mlagRaw", 143, "name", mlagRawArgs),
+    Attrs::function<&HostV2::mlagRawDelAll>("mlagRawDelAll", 144, {}),
+    Attrs::valueCollection<Vel::Name, Vel::Ptr<PortBaseV2 const>, [](HostV2 & o) { return o.logicalPort(); },
+                           [](HostV2 & o, Vel::Name const & key) { return o.logicalPortEntry(key); },
+                           &HostV2::logicalPortIs, &HostV2::logicalPortDel>("logicalPort", 145, "name",
+                                                                            logicalPortArgs),
+    Attrs::function<&HostV2::logicalPortDelAll>("logicalPortDelAll", 146, {}),
+};
+
+}  // namespace
+
+constinit Vel::VelType const HostV2::_velType{{
+    .name = "NetworkTopology::HostV2",
+    .attributes = attributes,
+    .ctorArgs = nameArg,
+    .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
+    .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
+    .genericIfFromCtorArgs =
+        [](std::span<Vel::GenericIf const> args) {
+            return Vel::GenericIf(HostV2::HostV2Is(
+                Vel::GenericIfImpl::unwrapArgument<Vel::Name>(HostV2::_velType.name(), nameArg, args, 0)));
+        },
+    .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
+    .genericIfIterator = Vel::GenericIfImpl::iterator,
+    .genericIfIteratorKey = Vel::GenericIfImpl::iteratorKey,
+}};
+
+Vel::VelType const * HostV2::fwkType() const { return &_velType; }
+
+namespace {
+
+Vel::TypeRegistration const registration(HostV2::_velType);
+
+}  // namespace
 
 }  // namespace NetworkTopology

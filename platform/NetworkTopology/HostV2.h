@@ -39,6 +39,9 @@ public:
     using LogicalPort = Vel::HashMap2018<LogicalPortTag, Vel::Name, Vel::Ptr<PortBaseV2 const>>;
     using MlagRaw = Vel::HashMap2018<MlagRawTag, Vel::Name, Vel::Ptr<MlagV2>>;
 
+    static Vel::VelType const _velType;
+    Vel::VelType const * fwkType() const override;
+
     // A host that no status holds yet.
     static Vel::Ptr<HostV2> HostV2Is(Vel::Name name);
 

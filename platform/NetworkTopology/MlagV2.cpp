@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/NetworkTopology/PortBaseVisitor.h"
+#include "platform/Vel/VelAttrs.h"
 
 namespace NetworkTopology {
 
@@ -37,5 +38,43 @@ MlagV2::NotifieeConst::~NotifieeConst() = default;
 
 void MlagV2::NotifieeConst::onLocalPortGroup() {}
 void MlagV2::NotifieeConst::onPeerPortGroup() {}
+
+namespace {
+
+constexpr Vel::VelArg mlagArgs[] = {{"name", &Vel::Name::_velType}, {"secondaryName", &Vel::Name::_velType}};
+
+using Attrs = Vel::Attrs<MlagV2>;
+
+constexpr Vel::VelAttr attributes[] = {
+    Attrs::value<&MlagV2::secondaryName, &MlagV2::secondaryNameIs>("secondaryName", 258),
+    Attrs::value<&MlagV2::localPortGroup, &MlagV2::localPortGroupIs>("localPortGroup", 259),
+    Attrs::value<&MlagV2::peerPortGroup, &MlagV2::peerPortGroupIs>("peerPortGroup", 260),
+};
+
+}  // namespace
+
+constinit Vel::VelType const MlagV2::_velType{{
+    .name = "NetworkTopology::MlagV2",
+    .base = &PortBaseV2::_velType,
+    .attributes = attributes,
+    .ctorArgs = mlagArgs,
+    .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
+    .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
+    .genericIfFromCtorArgs =
+        [](std::span<Vel::GenericIf const> args) {
+            return Vel::GenericIf(MlagV2::MlagV2Is(
+                Vel::GenericIfImpl::unwrapArgument<Vel::Name>(MlagV2::_velType.name(), mlagArgs, args, 0),
+                Vel::GenericIfImpl::unwrapArgument<Vel::Name>(MlagV2::_velType.name(), mlagArgs, args, 1)));
+        },
+    .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
+}};
+
+Vel::VelType const * MlagV2::fwkType() const { return &_velType; }
+
+namespace {
+
+Vel::TypeRegistration const registration(MlagV2::_velType);
+
+}  // namespace
 
 }  // namespace NetworkTopology

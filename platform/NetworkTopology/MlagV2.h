@@ -17,6 +17,9 @@ public:
     using PtrConst = Vel::Ptr<MlagV2 const>;
     class NotifieeConst;
 
+    static Vel::VelType const _velType;
+    Vel::VelType const * fwkType() const override;
+
     // An MLAG that no host holds yet.
     static Vel::Ptr<MlagV2> MlagV2Is(Vel::Name name, Vel::Name secondaryName);
 

@@ -1,6 +1,7 @@
 #include "platform/NetworkTopology/PortBaseV2.h"
 
 #include "platform/NetworkTopology/HostV2.h"
+#include "platform/Vel/VelAttrs.h"
 
 namespace NetworkTopology {
 
@@ -36,5 +37,34 @@ void PortBaseV2::NotifieeConst::isRegisteredNotifieeIs(bool registered) const { 
 
 void PortBaseV2::NotifieeConst::onType() {}
 void PortBaseV2::NotifieeConst::onAddedByOwner() {}
+
+namespace {
+
+using Attrs = Vel::Attrs<PortBaseV2>;
+
+constexpr Vel::VelAttr attributes[] = {
+    Attrs::readOnly<&PortBaseV2::name>("name", 130),
+    Attrs::value<&PortBaseV2::type, &PortBaseV2::typeIs>("type", 131),
+    Attrs::value<&PortBaseV2::addedByOwner, &PortBaseV2::addedByOwnerIs>("addedByOwner", 132),
+    Attrs::readOnly<&PortBaseV2::host>("host", 133),
+};
+
+}  // namespace
+
+constinit Vel::VelType const PortBaseV2::_velType{{
+    .name = "NetworkTopology::PortBaseV2",
+    .attributes = attributes,
+    .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
+    .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
+    .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
+}};
+
+Vel::VelType const * PortBaseV2::fwkType() const { return &_velType; }
+
+namespace {
+
+Vel::TypeRegistration const registration(PortBaseV2::_velType);
+
+}  // namespace
 
 }  // namespace NetworkTopology

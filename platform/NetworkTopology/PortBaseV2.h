@@ -28,6 +28,9 @@ public:
     using PtrConst = Vel::Ptr<PortBaseV2 const>;
     class NotifieeConst;
 
+    static Vel::VelType const _velType;
+    Vel::VelType const * fwkType() const override;
+
     // The key in the collection of its host. Never changes; may be empty.
     Vel::Name const & name() const noexcept { return name_; }
     Vel::Name const & collectionKey() const noexcept { return name_; }

@@ -23,6 +23,9 @@ public:
     using Ptr = Vel::Ptr<PortBaseVisitor>;
     using PtrConst = Vel::Ptr<PortBaseVisitor const>;
 
+    static Vel::VelType const _velType;
+    Vel::VelType const * fwkType() const override;
+
     PortBaseVisitor() noexcept = default;
     ~PortBaseVisitor() override;
 

@@ -5,6 +5,7 @@
 #include "platform/NetworkTopology/MlagV2.h"
 #include "platform/NetworkTopology/Mutation.h"
 #include "platform/NetworkTopology/PortBaseVisitor.h"
+#include "platform/Vel/VelAttrs.h"
 
 namespace NetworkTopology {
 
@@ -62,5 +63,48 @@ void PortGroupV2::NotifieeConst::onMemberPort(Vel::Name) {}
 void PortGroupV2::NotifieeConst::onMemberPortvelImmediate() {}
 void PortGroupV2::NotifieeConst::onMemberPort() {}
 void PortGroupV2::NotifieeConst::onMlag() {}
+
+namespace {
+
+constexpr Vel::VelArg nameArg[] = {{"name", &Vel::Name::_velType}};
+constexpr Vel::VelArg memberPortArgs[] = {{"name", &Vel::Name::_velType}, {"port", &PortV2::_velType}};
+
+using Attrs = Vel::Attrs<PortGroupV2>;
+
+constexpr Vel::VelAttr attributes[] = {
+    Attrs::valueCollection<Vel::Name, Vel::Ptr<PortV2>, [](PortGroupV2 & o) { return o.memberPort(); },
+                           [](PortGroupV2 & o, Vel::Name const & key) { return o.memberPortEntry(key); },
+                           &PortGroupV2::memberPortIs, &PortGroupV2::memberPortDel>("memberPort", 258, "name",
+                                                                                    memberPortArgs),
+    Attrs::function<&PortGroupV2::memberPortDelAll>("memberPortDelAll", 259, {}),
+    Attrs::value<&PortGroupV2::mlag, &PortGroupV2::mlagIs>("mlag", 260),
+};
+
+}  // namespace
+
+constinit Vel::VelType const PortGroupV2::_velType{{
+    .name = "NetworkTopology::PortGroupV2",
+    .base = &PortBaseV2::_velType,
+    .attributes = attributes,
+    .ctorArgs = nameArg,
+    .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
+    .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
+    .genericIfFromCtorArgs =
+        [](std::span<Vel::GenericIf const> args) {
+            return Vel::GenericIf(PortGroupV2::PortGroupV2Is(Vel::GenericIfImpl::unwrapArgument<Vel::Name>(
+                PortGroupV2::_velType.name(), nameArg, args, 0)));
+        },
+    .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
+    .genericIfIterator = Vel::GenericIfImpl::iterator,
+    .genericIfIteratorKey = Vel::GenericIfImpl::iteratorKey,
+}};
+
+Vel::VelType const * PortGroupV2::fwkType() const { return &_velType; }
+
+namespace {
+
+Vel::TypeRegistration const registration(PortGroupV2::_velType);
+
+}  // namespace
 
 }  // namespace NetworkTopology

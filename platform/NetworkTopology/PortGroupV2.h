@@ -20,6 +20,9 @@ public:
     struct MemberPortTag;
     using MemberPort = Vel::HashMap2018<MemberPortTag, Vel::Name, Vel::Ptr<PortV2>>;
 
+    static Vel::VelType const _velType;
+    Vel::VelType const * fwkType() const override;
+
     // A group that no host holds yet.
     static Vel::Ptr<PortGroupV2> PortGroupV2Is(Vel::Name name);
 

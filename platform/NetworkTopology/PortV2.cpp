@@ -4,6 +4,7 @@
 
 #include "platform/NetworkTopology/PortBaseVisitor.h"
 #include "platform/NetworkTopology/PortGroupV2.h"
+#include "platform/Vel/VelAttrs.h"
 
 namespace NetworkTopology {
 
@@ -28,5 +29,40 @@ void PortV2::accept(Vel::Ptr<PortBaseVisitor> const & visitor) const {
 PortV2::NotifieeConst::~NotifieeConst() = default;
 
 void PortV2::NotifieeConst::onPortGroup() {}
+
+namespace {
+
+constexpr Vel::VelArg nameArg[] = {{"name", &Vel::Name::_velType}};
+
+using Attrs = Vel::Attrs<PortV2>;
+
+constexpr Vel::VelAttr attributes[] = {
+    Attrs::value<&PortV2::portGroup, &PortV2::portGroupIs>("portGroup", 258),
+};
+
+}  // namespace
+
+constinit Vel::VelType const PortV2::_velType{{
+    .name = "NetworkTopology::PortV2",
+    .base = &PortBaseV2::_velType,
+    .attributes = attributes,
+    .ctorArgs = nameArg,
+    .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
+    .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
+    .genericIfFromCtorArgs =
+        [](std::span<Vel::GenericIf const> args) {
+            return Vel::GenericIf(PortV2::PortV2Is(
+                Vel::GenericIfImpl::unwrapArgument<Vel::Name>(PortV2::_velType.name(), nameArg, args, 0)));
+        },
+    .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
+}};
+
+Vel::VelType const * PortV2::fwkType() const { return &_velType; }
+
+namespace {
+
+Vel::TypeRegistration const registration(PortV2::_velType);
+
+}  // namespace
 
 }  // namespace NetworkTopology

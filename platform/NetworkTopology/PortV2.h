@@ -16,6 +16,9 @@ public:
     using PtrConst = Vel::Ptr<PortV2 const>;
     class NotifieeConst;
 
+    static Vel::VelType const _velType;
+    Vel::VelType const * fwkType() const override;
+
     // A port that no host holds yet.
     static Vel::Ptr<PortV2> PortV2Is(Vel::Name name);
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/NetworkTopology/Mutation.h"
+#include "platform/Vel/VelAttrs.h"
 
 namespace NetworkTopology {
 
@@ -79,5 +80,51 @@ void StatusV2::NotifieeConst::onLocalhost() {}
 void StatusV2::NotifieeConst::onEdge(Vel::Ptr<PortBaseV2 const> const &) {}
 void StatusV2::NotifieeConst::onEdgevelImmediate() {}
 void StatusV2::NotifieeConst::onEdge() {}
+
+namespace {
+
+constexpr Vel::VelArg nameArg[] = {{"name", &Vel::Name::_velType}};
+constexpr Vel::VelArg fromPortArg[] = {{"fromPort", &PortBaseV2::_velType}};
+
+using Attrs = Vel::Attrs<StatusV2>;
+
+constexpr Vel::VelAttr attributes[] = {
+    Attrs::collection<HostV2, Vel::Name, [](StatusV2 & o) { return o.host(); },
+                      [](StatusV2 & o, Vel::Name const & key) { return o.host(key); },
+                      [](StatusV2 & o, Vel::Ptr<HostV2> const & member) { return o.hostIs(member); },
+                      &StatusV2::hostDel, [](StatusV2 & o, Vel::Name const & key) { return o.hostIs(key); },
+                      Vel::Name>("host", 130, "name", nameArg),
+    Attrs::function<&StatusV2::hostDelAll>("hostDelAll", 131, {}),
+    Attrs::value<&StatusV2::localhost, &StatusV2::localhostIs>("localhost", 132),
+    Attrs::collection<DirectedEdgeV2, Vel::Ptr<PortBaseV2 const>, [](StatusV2 & o) { return o.edge(); },
+                      [](StatusV2 & o, Vel::Ptr<PortBaseV2 const> const & key) { return o.edge(key); },
+                      [](StatusV2 & o, Vel::Ptr<DirectedEdgeV2> const & member) { return o.edgeIs(member); },
+                      &StatusV2::edgeDel,
+                      [](StatusV2 & o, Vel::Ptr<PortBaseV2 const> const & key) { return o.edgeIs(key); },
+                      Vel::Ptr<PortBaseV2 const>>("edge", 133, "fromPort", fromPortArg),
+    Attrs::function<&StatusV2::edgeDelAll>("edgeDelAll", 134, {}),
+};
+
+}  // namespace
+
+constinit Vel::VelType const StatusV2::_velType{{
+    .name = "NetworkTopology::StatusV2",
+    .attributes = attributes,
+    .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
+    .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
+    .genericIfFromCtorArgs =
+        [](std::span<Vel::GenericIf const>) { return Vel::GenericIf(StatusV2::StatusV2Is()); },
+    .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
+    .genericIfIterator = Vel::GenericIfImpl::iterator,
+    .genericIfIteratorKey = Vel::GenericIfImpl::iteratorKey,
+}};
+
+Vel::VelType const * StatusV2::fwkType() const { return &_velType; }
+
+namespace {
+
+Vel::TypeRegistration const registration(StatusV2::_velType);
+
+}  // namespace
 
 }  // namespace NetworkTopology

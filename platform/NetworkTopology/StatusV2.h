@@ -26,6 +26,9 @@ public:
     using Hosts = Vel::HashMap<HostV2, Vel::Name, StatusV2>;
     using Edges = Vel::HashMap<DirectedEdgeV2, Vel::Ptr<PortBaseV2 const>, StatusV2>;
 
+    static Vel::VelType const _velType;
+    Vel::VelType const * fwkType() const override;
+
     static Vel::Ptr<StatusV2> StatusV2Is();
 
     Hosts::Range host() noexcept { return {host_, *this}; }

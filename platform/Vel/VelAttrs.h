@@ -280,8 +280,8 @@ private:
     }
 
     template <auto F, class... Arguments, std::size_t... I>
-    static GenericIf callWith(C & self, AttributeOp const & op, std::span<GenericIf const> given,
-                              std::index_sequence<I...>) {
+    static GenericIf callWith(C & self, [[maybe_unused]] AttributeOp const & op,
+                              [[maybe_unused]] std::span<GenericIf const> given, std::index_sequence<I...>) {
         // All arguments are unwrapped, in order, before the call changes anything.
         std::tuple<Arguments...> const arguments{argument<Arguments>(op, given, I)...};
         return AttrsImpl::wrapResult([&] { return std::invoke(F, self, std::get<I>(arguments)...); });
