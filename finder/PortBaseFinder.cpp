@@ -27,8 +27,8 @@ void PortBaseFinder::visitMlag(Vel::Ptr<NetworkTopology::MlagV2 const> const & m
     result_ = hostV3_ ? NetworkTopologyV3::PortBase::Ptr(hostV3_->mlag(mlag->name())) : nullptr;
 }
 
-NetworkTopologyV3::PortBase::Ptr PortBaseFinder::find(
-    Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portBase) {
+NetworkTopologyV3::PortBase::Ptr
+PortBaseFinder::find(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portBase) {
     if (!portBase) return result_ = nullptr;
     portBase->accept(Vel::Ptr<NetworkTopology::PortBaseVisitor>(this));
     return result_;

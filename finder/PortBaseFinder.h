@@ -49,7 +49,8 @@ private:
 };
 
 // Makes a finder and switches its notifications on.
-VEL_EXPORT Vel::Ptr<PortBaseFinder> portBaseFinderFactory(
-    Vel::Ptr<NetworkTopology::HostV2 const> const & hostV2, Vel::Ptr<NetworkTopologyV3::Host> const & hostV3);
+VEL_EXPORT Vel::Ptr<PortBaseFinder>
+portBaseFinderFactory(Vel::Ptr<NetworkTopology::HostV2 const> const & hostV2,
+                      Vel::Ptr<NetworkTopologyV3::Host> const & hostV3);
 
 }  // namespace NetworkTopologyAggregator

@@ -1,0 +1,85 @@
+// Keyed collections of reactors: how a reactor enters and leaves one, and how one is brought into line with
+// its input collection. The same for hosts, edges, ports, port groups and MLAGs. For the translator's own
+// sources only.
+//
+// Every step that writes the output may come back: a follower of the output changes the input, whose
+// notification changes the very registry that is being worked on. So what was looked up before such a step is
+// looked up again after it.
+#pragma once
+
+#include "platform/Vel/HashMap.h"
+#include "platform/Vel/Ptr.h"
+
+namespace NetworkTopologyAggregator {
+
+// Lets go of a reactor that has left its registry: its version-3 object is deleted, and it gets nothing more.
+template <class Reactor>
+void retire(Reactor & reactor) {
+    reactor.velDoZombieReactors(true);
+    reactor.ownerIs(nullptr);
+    reactor.hasNotificationActiveIs(false);
+}
+
+// Makes a reactor on `input` and enters it under its key.
+template <class Reactor, class Key, class Owner, class Input>
+Vel::Ptr<Reactor> newReactor(Vel::HashMap<Reactor, Key, Owner> & registry,
+                             Vel::Ptr<Input const> const & input, Owner * owner) {
+    Vel::Ptr<Reactor> const reactor = new Reactor(input, owner);
+    reactor->hasNotificationActiveIs(true);
+    if (Reactor * const present = registry[reactor->collectionKey()]) {
+        // The same object has been mirrored from inside the constructor. One reactor per key: the later one
+        // goes, without taking the version-3 object with it.
+        reactor->ownerIs(nullptr);
+        return present;
+    }
+    registry.newMember(reactor);
+    return reactor;
+}
+
+// Makes sure that the reactor under `key` follows `input`: returns it as it is, rebinds it, or makes it.
+template <class Reactor, class Key, class Owner, class Input>
+Vel::Ptr<Reactor> reactorIs(Vel::HashMap<Reactor, Key, Owner> & registry, Vel::Ptr<Input const> const & input,
+                            Key const & key, Owner * owner) {
+    Vel::Ptr<Reactor> reactor = registry[key];
+    if (!reactor) {
+        reactor = newReactor(registry, input, owner);
+    } else if (reactor->notifier() == input.get()) {
+        return reactor;
+    } else {
+        reactor->notifierIs(input);
+        Vel::Ptr<Reactor> const present = registry[key];
+        if (present != reactor) {
+            retire(*reactor);
+            return present;
+        }
+    }
+    reactor->velDoZombieReactors(owner->velMarkedForDeletion());
+    return reactor;
+}
+
+// Takes the reactor under `key` out, lets go of it and returns it; null when there is none.
+template <class Reactor, class Key, class Owner>
+Vel::Ptr<Reactor> reactorDel(Vel::HashMap<Reactor, Key, Owner> & registry, Key const & key) {
+    Vel::Ptr<Reactor> const reactor = registry.deleteMember(key);
+    if (reactor) retire(*reactor);
+    return reactor;
+}
+
+// Brings a registry into line with its input collection in two passes: `add(member)` for every member of the
+// input, then `del(key)` for every reactor whose key the input lacks, which `isInInput(key)` tells. Both
+// change the collections that are being walked. `goOn()` tells before each step whether to go on: the one
+// before may have let go of the reactor on whose behalf this runs.
+template <class InputRange, class Registry, class GoOn, class Add, class IsInInput, class Del>
+void reconcile(InputRange const & input, Registry const & registry, GoOn const & goOn, Add const & add,
+               IsInInput const & isInInput, Del const & del) {
+    for (auto const & member : input) {
+        if (!goOn()) return;
+        add(member);
+    }
+    for (auto reactor = registry.iterator(); reactor && goOn(); ++reactor) {
+        auto const key = (*reactor)->collectionKey();
+        if (!isInInput(key)) del(key);
+    }
+}
+
+}  // namespace NetworkTopologyAggregator

@@ -1,0 +1,25 @@
+// The translator's trace points. For the translator's own sources only.
+//
+// A disabled trace point costs one load of a word at a constant address and one predictable branch;
+// everything else stands out of line.
+#pragma once
+
+#include "platform/Vel/Trace.h"
+
+namespace NetworkTopologyAggregator {
+
+inline constexpr Vel::TraceFacility::FacilityLevel kTraceLevel{5};
+
+extern constinit Vel::TraceSwitch traceSwitch;
+
+// Writes `signature` as the message of a record with file "V2Sm" and the short name `function`.
+[[gnu::cold]] void traceSignature(char const * signature, char const * function, int line);
+
+// `line` is the caller's. (Clang 14 has no std::source_location with the library used here.)
+inline void traced(char const * signature, char const * function, int line = __builtin_LINE()) {
+    if (traceSwitch.enabled(kTraceLevel)) [[unlikely]] {
+        traceSignature(signature, function, line);
+    }
+}
+
+}  // namespace NetworkTopologyAggregator

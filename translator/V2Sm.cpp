@@ -1,0 +1,300 @@
+#include "translator/V2Sm.h"
+
+#include "finder/PortBaseFinder.h"
+#include "platform/Vel/Exceptions.h"
+#include "translator/Registry.h"
+#include "translator/Tracing.h"
+
+namespace NetworkTopologyAggregator {
+
+V2Sm::Ptr V2Sm::V2SmIs(Vel::Name name, Vel::Ptr<NetworkTopology::StatusV2 const> v2,
+                       Vel::Ptr<NetworkTopologyV3::Status> v3) {
+    Ptr const sm = new V2Sm(std::move(name), v2, v3);
+    sm->hasNotificationActiveIs(true);
+    return sm;
+}
+
+Vel::Ptr<V2Sm> v2SmFactory(Vel::Name name, Vel::Ptr<NetworkTopology::StatusV2 const> const & v2,
+                           Vel::Ptr<NetworkTopologyV3::Status> const & v3) {
+    return V2Sm::V2SmIs(std::move(name), v2, v3);
+}
+
+V2Sm::V2Sm(Vel::Name name, Vel::Ptr<NetworkTopology::StatusV2 const> const & v2,
+           Vel::Ptr<NetworkTopologyV3::Status> const & v3)
+    : name_(std::move(name)) {
+    try {
+        if (v3) velV3_ = new VelV3(v3, this);
+        if (v2) velV2_ = new VelV2(v2, this);
+        populateV3();
+        if (!velV2_) return;
+        velV2_->onHostvelImmediate();
+        velV2_->onEdgevelImmediate();
+    } catch (...) {
+        // What has been written stays in the output; the reactors go without cleaning up after themselves.
+        clearOwners();
+        throw;
+    }
+}
+
+V2Sm::~V2Sm() {
+    heldIs();
+    velDoZombieReactors(true);
+    clearOwners();
+    edge_.emptyAllBuckets();
+    host_.emptyAllBuckets();
+    velV3_ = nullptr;
+    velV2_ = nullptr;
+}
+
+void V2Sm::clearOwners() noexcept {
+    if (velV2_) velV2_->ownerIs(nullptr);
+    if (velV3_) velV3_->ownerIs(nullptr);
+    for (auto reactor = host_.iterator(); reactor; ++reactor) (*reactor)->ownerIs(nullptr);
+    for (auto reactor = edge_.iterator(); reactor; ++reactor) (*reactor)->ownerIs(nullptr);
+}
+
+void V2Sm::hasNotificationActiveIs(bool active) {
+    Vel::PtrInterface::hasNotificationActiveIs(active);
+    if (velV2_) velV2_->hasNotificationActiveIs(active);
+    if (velV3_) velV3_->hasNotificationActiveIs(active);
+    for (auto reactor = host_.iterator(); reactor; ++reactor) (*reactor)->hasNotificationActiveIs(active);
+    for (auto reactor = edge_.iterator(); reactor; ++reactor) (*reactor)->hasNotificationActiveIs(active);
+}
+
+void V2Sm::velDoZombieReactors(bool zombie) {
+    if (zombie == velMarkedForDeletion()) return;
+    Vel::KeepAlive const keepRoot(*this);
+    if (auto const reactor = velV2_) reactor->velDoZombieReactors(zombie);
+    if (auto const reactor = velV3_) reactor->velDoZombieReactors(zombie);
+    for (auto reactor = host_.iterator(); reactor; ++reactor) (*reactor)->velDoZombieReactors(zombie);
+    for (auto reactor = edge_.iterator(); reactor; ++reactor) (*reactor)->velDoZombieReactors(zombie);
+    velMarkedForDeletionIs(zombie);
+}
+
+// The statuses
+
+void V2Sm::v2Is(Vel::Ptr<NetworkTopology::StatusV2 const> v2) {
+    Vel::KeepAlive const keepRoot(*this);
+    Vel::Ptr<VelV2> const current = velV2_;
+    if (current && current->notifier() == v2.get()) return;
+    if (!v2) {
+        v2Del();
+    } else if (current) {
+        current->notifierIs(v2);
+        current->velDoZombieReactors(velMarkedForDeletion());
+    } else {
+        // Hosts and edges that `v2` already holds get no reactors here; their next notifications make them.
+        Vel::Ptr<VelV2> const made = new VelV2(v2, this);
+        velV2_ = made;
+        made->hasNotificationActiveIs(hasNotificationActive());
+        made->velDoZombieReactors(velMarkedForDeletion());
+    }
+}
+
+void V2Sm::v3Is(Vel::Ptr<NetworkTopologyV3::Status> v3) {
+    Vel::KeepAlive const keepRoot(*this);
+    Vel::Ptr<VelV3> const current = velV3_;
+    if (current && current->notifier() == v3.get()) return;
+    if (!v3) {
+        v3Del();
+    } else if (current) {
+        current->notifierIs(v3);
+        current->velDoZombieReactors(velMarkedForDeletion());
+    } else {
+        Vel::Ptr<VelV3> const made = new VelV3(v3, this);
+        velV3_ = made;
+        made->hasNotificationActiveIs(hasNotificationActive());
+        made->velDoZombieReactors(velMarkedForDeletion());
+    }
+}
+
+Vel::Ptr<NetworkTopology::StatusV2 const> V2Sm::v2Del() {
+    Vel::Ptr<VelV2> const reactor = std::exchange(velV2_, nullptr);
+    if (!reactor) return nullptr;
+    retire(*reactor);
+    return reactor->notifier();
+}
+
+Vel::Ptr<NetworkTopologyV3::Status> V2Sm::v3Del() {
+    Vel::Ptr<VelV3> const reactor = std::exchange(velV3_, nullptr);
+    if (!reactor) return nullptr;
+    retire(*reactor);
+    return reactor->notifier();
+}
+
+// The host registry
+
+Vel::Ptr<V2Sm::VelHost> V2Sm::hostIs(Vel::Ptr<NetworkTopology::HostV2 const> host) {
+    if (!host) {
+        Vel::throwRangeException(
+            "null _host parameter to mutator for NetworkTopologyAggregator::V2Sm::host not allowed\"");
+    }
+    Vel::KeepAlive const keepRoot(*this);
+    return reactorIs(host_, host, host->name(), this);
+}
+
+Vel::Ptr<NetworkTopology::HostV2 const> V2Sm::hostDel(Vel::Name name) {
+    Vel::KeepAlive const keepRoot(*this);
+    auto const reactor = reactorDel(host_, name);
+    return reactor ? reactor->notifier() : nullptr;
+}
+
+void V2Sm::hostDelAll() {
+    Vel::KeepAlive const keepRoot(*this);
+    for (auto reactor = host_.iterator(); reactor; ++reactor) hostDel((*reactor)->collectionKey());
+}
+
+void V2Sm::vel_handleHost(Vel::Ptr<VelHost> const & host) { host->cleanup(); }
+
+// The edge registry
+
+void V2Sm::edgeIs(Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const & edge) {
+    if (!edge) {
+        Vel::throwRangeException(
+            "null _edge parameter to mutator for NetworkTopologyAggregator::V2Sm::edge not allowed\"");
+    }
+    Vel::KeepAlive const keepRoot(*this);
+    reactorIs(edge_, edge, FromPort(edge->fromPort()), this);
+}
+
+Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> V2Sm::edgeDel(FromPort const & fromPort) {
+    Vel::KeepAlive const keepRoot(*this);
+    auto const reactor = reactorDel(edge_, FromPort(fromPort));
+    return reactor ? reactor->notifier() : nullptr;
+}
+
+void V2Sm::edgeDelAll() {
+    Vel::KeepAlive const keepRoot(*this);
+    for (auto reactor = edge_.iterator(); reactor; ++reactor) edgeDel((*reactor)->collectionKey());
+}
+
+void V2Sm::vel_handleEdge(Vel::Ptr<VelEdge> const & edge) { edge->cleanup(); }
+
+// Population
+
+void V2Sm::populateV3() {
+    traced("void NetworkTopologyAggregator::V2Sm::populateV3()", "populateV3");
+    Vel::KeepAlive const keepRoot(*this);
+    // The statuses are read afresh for each step: a follower of the output may have unbound one meanwhile.
+    if (auto const input = v2()) {
+        if (auto const output = v3()) {
+            for (auto const & host : input->host()) populateHost(*host, *output);
+        }
+    }
+    if (auto const input = v2()) {
+        if (auto const output = v3()) output->localhostIs(toHostV3(input->localhost()));
+    }
+    if (auto const input = v2()) {
+        if (auto const output = v3()) {
+            for (auto const & edge : input->edge()) populateEdge(*edge, *output);
+        }
+    }
+}
+
+// Links are made after everything in the host that they may refer to. A link into a host that the walk has
+// not reached yet resolves to null.
+void V2Sm::populateHost(NetworkTopology::HostV2 const & hostV2, NetworkTopologyV3::Status & v3) {
+    auto const hostV3 = v3.hostIs(hostV2.name());
+    for (auto const & port : hostV2.port()) hostV3->portIs(port->name());
+    for (auto const & group : hostV2.portGroup()) hostV3->portGroupIs(group->name());
+    for (auto const & mlag : hostV2.mlag()) hostV3->mlagIs(mlag->name(), mlag->secondaryName());
+    for (auto const & raw : hostV2.mlagRaw()) {
+        hostV3->mlagRawIs(raw.value() ? hostV3->mlag(raw.value()->name()) : nullptr);
+    }
+    for (auto const & logical : hostV2.logicalPort()) hostV3->logicalPortIs(toPortBaseV3(logical.value()));
+    // A follower may have deleted what was made above.
+    for (auto const & port : hostV2.port()) {
+        if (auto const portV3 = hostV3->port(port->name())) {
+            portV3->portGroupIs(toPortGroupV3(port->portGroup()));
+        }
+    }
+    for (auto const & group : hostV2.portGroup()) {
+        auto const groupV3 = hostV3->portGroup(group->name());
+        if (!groupV3) continue;
+        for (auto const & member : group->memberPort()) groupV3->memberPortIs(toPortV3(member.value()));
+        groupV3->mlagIs(toMlagV3(group->mlag()));
+    }
+    for (auto const & mlag : hostV2.mlag()) {
+        if (auto const mlagV3 = hostV3->mlag(mlag->name())) {
+            mlagV3->localPortGroupIs(toPortGroupV3(mlag->localPortGroup()));
+        }
+    }
+    hostV3->hostnameIs(hostV2.hostname());
+    hostV3->mlagSystemIdIs(hostV2.mlagSystemId());
+    hostV3->mlagDomainIdIs(hostV2.mlagDomainId());
+    hostV3->mlagStateIs(hostV2.mlagState());
+    hostV3->mlagPeerLinkIs(toPortBaseV3(hostV2.mlagPeerLink()));
+}
+
+// An edge, or a destination, that does not resolve is left out.
+void V2Sm::populateEdge(NetworkTopology::DirectedEdgeV2 const & edgeV2, NetworkTopologyV3::Status & v3) {
+    auto const fromPort = toPortBaseV3(edgeV2.fromPort());
+    if (!fromPort) return;
+    auto const edgeV3 = v3.edgeIs(fromPort->portKey());
+    for (auto const & destination : edgeV2.toPort()) {
+        if (auto const toPort = toPortBaseV3(destination.key())) {
+            edgeV3->toPortIs(toPort->portKey(), destination.value());
+        }
+    }
+}
+
+// Lookups
+
+NetworkTopologyV3::Host::Ptr V2Sm::toHostV3(Vel::Ptr<NetworkTopology::HostV2 const> const & hostV2) {
+    traced("NetworkTopologyV3::Host::Ptr NetworkTopologyAggregator::V2Sm::toHostV3(const PtrConst&)",
+           "toHostV3");
+    if (!hostV2) return nullptr;
+    auto const status = v3();
+    return status ? status->host(hostV2->name()) : nullptr;
+}
+
+NetworkTopologyV3::Host::Ptr V2Sm::hostV3Of(NetworkTopology::PortBaseV2 const & member) const {
+    NetworkTopology::HostV2 const * const hostV2 = member.host();
+    auto const status = v3();
+    return hostV2 && status ? status->host(hostV2->name()) : nullptr;
+}
+
+NetworkTopologyV3::PortBase::Ptr
+V2Sm::toPortBaseV3(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portV2) {
+    traced("NetworkTopologyV3::PortBase::Ptr NetworkTopologyAggregator::V2Sm::toPortBaseV3(const PtrConst&)",
+           "toPortBaseV3");
+    if (!portV2) return nullptr;
+    auto const hostV3 = hostV3Of(*portV2);
+    if (!hostV3) return nullptr;
+    return portBaseFinderFactory(portV2->host(), hostV3)->find(portV2);
+}
+
+NetworkTopologyV3::Port * V2Sm::toPortV3(Vel::Ptr<NetworkTopology::PortV2 const> const & portV2) {
+    traced("NetworkTopologyV3::Port* NetworkTopologyAggregator::V2Sm::toPortV3(const PtrConst&)", "toPortV3");
+    if (!portV2) return nullptr;
+    auto const hostV3 = hostV3Of(*portV2);
+    return hostV3 ? hostV3->port(portV2->name()).get() : nullptr;
+}
+
+NetworkTopologyV3::PortGroup *
+V2Sm::toPortGroupV3(Vel::Ptr<NetworkTopology::PortGroupV2 const> const & pgV2) {
+    traced("NetworkTopologyV3::PortGroup* NetworkTopologyAggregator::V2Sm::toPortGroupV3(const PtrConst&)",
+           "toPortGroupV3");
+    if (!pgV2) return nullptr;
+    auto const hostV3 = hostV3Of(*pgV2);
+    return hostV3 ? hostV3->portGroup(pgV2->name()).get() : nullptr;
+}
+
+NetworkTopologyV3::MlagPort * V2Sm::toMlagV3(Vel::Ptr<NetworkTopology::MlagV2 const> const & mlagV2) {
+    traced("NetworkTopologyV3::MlagPort* NetworkTopologyAggregator::V2Sm::toMlagV3(const PtrConst&)",
+           "toMlagV3");
+    if (!mlagV2) return nullptr;
+    auto const hostV3 = hostV3Of(*mlagV2);
+    return hostV3 ? hostV3->mlag(mlagV2->name()).get() : nullptr;
+}
+
+NetworkTopologyV3::PortType V2Sm::toPortTypeV3(NetworkTopology::PortTypeV2 portTypeV2) {
+    traced("NetworkTopologyV3::PortType "
+           "NetworkTopologyAggregator::V2Sm::toPortTypeV3(NetworkTopology::PortTypeV2)",
+           "toPortTypeV3");
+    auto const value = static_cast<std::uint32_t>(portTypeV2);
+    return value >= 1 && value <= 3 ? static_cast<NetworkTopologyV3::PortType>(value)
+                                    : NetworkTopologyV3::PortType::unknown;
+}
+
+}  // namespace NetworkTopologyAggregator

@@ -1,0 +1,106 @@
+#include "translator/VelStatus.h"
+
+#include "translator/Registry.h"
+
+namespace NetworkTopologyAggregator {
+
+V2Sm::VelV2::VelV2(Vel::Ptr<NetworkTopology::StatusV2 const> const & status, V2Sm * owner) : owner_(owner) {
+    NetworkTopology::StatusV2::NotifieeConst::notifierIs(status);
+    onLocalhost();
+    isRegisteredNotifieeIs(true);
+}
+
+void V2Sm::VelV2::hasNotificationActiveIs(bool active) {
+    if (active != hasNotificationActive()) Vel::PtrInterface::hasNotificationActiveIs(active);
+}
+
+V2Sm::VelV2::~VelV2() {
+    heldIs();
+    velDoZombieReactors(true);
+}
+
+void V2Sm::VelV2::notifierIs(Vel::Ptr<Vel::PtrInterface const> const & notifier) {
+    auto const status = Vel::dynamicPtrCast<NetworkTopology::StatusV2 const>(notifier);
+    if (status == this->notifier()) return;
+    NetworkTopology::StatusV2::NotifieeConst::notifierIs(status);
+    if (status) {
+        onHostvelImmediate();
+        onLocalhost();
+        onEdgevelImmediate();
+    }
+    isRegisteredNotifieeIs(true);
+}
+
+void V2Sm::VelV2::onHost(Vel::Name name) {
+    if (!notifier() || !owner_) return;
+    if (auto const host = notifier()->host(name)) {
+        owner_->hostIs(host);
+    } else {
+        owner_->hostDel(std::move(name));
+    }
+}
+
+void V2Sm::VelV2::onHostvelImmediate() {
+    Vel::Ptr<NetworkTopology::StatusV2 const> const status = notifier();
+    if (!status || !owner_) return;
+    Vel::KeepAlive const keepRoot(*owner_);
+    reconcile(
+        status->host(), owner_->host_, [&] { return owner_ && notifier() == status.get(); },
+        [&](Vel::Ptr<NetworkTopology::HostV2 const> const & host) { owner_->hostIs(host); },
+        [&](Vel::Name const & name) { return bool(status->host(name)); },
+        [&](Vel::Name const & name) { owner_->hostDel(name); });
+}
+
+// Always recomputed and written, also when unchanged.
+void V2Sm::VelV2::onLocalhost() {
+    if (!notifier() || !owner_) return;
+    if (auto const output = owner_->v3()) output->localhostIs(owner_->toHostV3(notifier()->localhost()));
+}
+
+void V2Sm::VelV2::onEdge(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & fromPort) {
+    if (!notifier() || !owner_) return;
+    if (auto const edge = notifier()->edge(fromPort)) {
+        owner_->edgeIs(edge);
+    } else {
+        owner_->edgeDel(fromPort);
+    }
+}
+
+void V2Sm::VelV2::onEdgevelImmediate() {
+    Vel::Ptr<NetworkTopology::StatusV2 const> const status = notifier();
+    if (!status || !owner_) return;
+    Vel::KeepAlive const keepRoot(*owner_);
+    reconcile(
+        status->edge(), owner_->edge_, [&] { return owner_ && notifier() == status.get(); },
+        [&](Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const & edge) { owner_->edgeIs(edge); },
+        [&](FromPort const & fromPort) { return bool(status->edge(fromPort)); },
+        [&](FromPort const & fromPort) { owner_->edgeDel(fromPort); });
+}
+
+void V2Sm::VelV2::velDoZombieReactors(bool zombie) {
+    if (zombie == velMarkedForDeletion()) return;
+    if (notifier()) hasNotificationActiveIs(!zombie);
+    velMarkedForDeletionIs(zombie);
+}
+
+V2Sm::VelV3::VelV3(Vel::Ptr<NetworkTopologyV3::Status> const & status, V2Sm * owner) : owner_(owner) {
+    notifierIs(status);
+    isRegisteredNotifieeIs(true);
+}
+
+void V2Sm::VelV3::hasNotificationActiveIs(bool active) {
+    if (active != hasNotificationActive()) Vel::PtrInterface::hasNotificationActiveIs(active);
+}
+
+V2Sm::VelV3::~VelV3() {
+    heldIs();
+    velDoZombieReactors(true);
+}
+
+void V2Sm::VelV3::velDoZombieReactors(bool zombie) {
+    if (zombie == velMarkedForDeletion()) return;
+    if (notifier()) hasNotificationActiveIs(!zombie);
+    velMarkedForDeletionIs(zombie);
+}
+
+}  // namespace NetworkTopologyAggregator
