@@ -14,11 +14,7 @@ cmake --install "$build" --prefix "$scratch/installed" >"$scratch/log" || { cat 
 prefix=$scratch/moved
 mv "$scratch/installed" "$prefix"
 
-# What was installed decides what is tried, and an install without the platform is an error.
-components=(platform)
-if [[ -e $prefix/include/network-topology/translator/V2Sm.h ]]; then
-    components+=(aggregator)
-fi
+components=(platform aggregator)
 
 echo "with find_package:"
 {
