@@ -10,7 +10,7 @@ namespace Vel {
 
 HashMapGeneric::HashMapGeneric(unsigned initialSize) noexcept
     : initialBucketBits_(static_cast<std::uint8_t>(
-          std::min<unsigned>(std::bit_width(initialSize ? initialSize - 1 : 0u), kMostBucketBits))) {}
+          std::min<unsigned>(std::bit_width(initialSize ? initialSize - 1 : 0u), kMostInitialBucketBits))) {}
 
 void HashMapGeneric::newMemberG(Ptr<HashMapMember> member, KeyTable const & keys) noexcept {
     void const * const key = keys.key(*member);
@@ -42,7 +42,7 @@ void HashMapGeneric::emptyAllBuckets() noexcept {
     // A member's destructor may come back to this collection, so nothing is assumed between two members.
     while (size_ != 0) {
         for (std::uint32_t bucket = 0; bucket < buckets(); ++bucket) {
-            while (buckets_[bucket]) {
+            while (bucket < buckets() && buckets_[bucket]) {
                 Ptr<HashMapMember> const member = std::move(buckets_[bucket]);
                 buckets_[bucket] = std::move(member->bucketNext_);
                 --size_;

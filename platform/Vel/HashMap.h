@@ -69,7 +69,8 @@ public:
 protected:
     friend class HashMapIteratorGeneric;
 
-    // `initialSize` is the number of members that the first bucket array has room for.
+    // `initialSize` is the number of members that the first bucket array has room for; a hint, which buys no
+    // more than a million buckets.
     explicit HashMapGeneric(unsigned initialSize) noexcept;
     ~HashMapGeneric() { emptyAllBuckets(); }
 
@@ -101,6 +102,7 @@ protected:
 
 private:
     static constexpr unsigned kMostBucketBits = 31;
+    static constexpr unsigned kMostInitialBucketBits = 20;
 
     std::uint32_t buckets() const noexcept { return std::uint32_t{1} << bucketBits_; }
     void grow() noexcept;
@@ -154,11 +156,13 @@ struct HashMapKey {
     static bool lessThan(Key const & a, Key const & b) noexcept { return a < b; }
 };
 template <>
-struct HashMapKey<Name> {
-    static std::uint32_t hash(Name const & key) noexcept { return key.reversedHash(); }
-    static bool equals(Name const & a, Name const & b) noexcept { return a == b; }
-    static bool lessThan(Name const & a, Name const & b) noexcept { return a < b; }
+struct HashMapKey<String> {
+    static std::uint32_t hash(String const & key) noexcept { return key.reversedHash(); }
+    static bool equals(String const & a, String const & b) noexcept { return a == b; }
+    static bool lessThan(String const & a, String const & b) noexcept { return a < b; }
 };
+template <>
+struct HashMapKey<Name> : HashMapKey<String> {};
 template <class T>
 struct HashMapKey<Ptr<T>> {
     static std::uint32_t hash(Ptr<T> const & key) noexcept {
