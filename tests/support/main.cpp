@@ -1,0 +1,3 @@
+#include "tests/support/RunTests.h"
+
+int main(int argc, char ** argv) { return TestSupport::runTests(argc, argv); }
