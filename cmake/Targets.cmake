@@ -1,8 +1,8 @@
 # nta_library(NAME FOLDER...)
 #
 # Declares the library network-topology-NAME from every source below the folders, with every header below
-# them public under its path from the repository root, and says how it is installed. Folders without a
-# source declare nothing.
+# them public under its path from the repository root, and says how it is installed. Headers in a folder named
+# `internal` are for the library's own sources and are not installed.
 function(nta_library name)
     set(sources "")
     set(headers "")
@@ -10,11 +10,9 @@ function(nta_library name)
         file(GLOB_RECURSE found CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${folder}/*.cpp)
         list(APPEND sources ${found})
         file(GLOB_RECURSE found CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${folder}/*.h)
+        list(FILTER found EXCLUDE REGEX "/internal/")
         list(APPEND headers ${found})
     endforeach()
-    if(NOT sources)
-        return()
-    endif()
 
     set(target network-topology-${name})
     add_library(${target} ${sources})

@@ -2,8 +2,8 @@
 
 #include "finder/PortBaseFinder.h"
 #include "platform/Vel/Exceptions.h"
-#include "translator/Registry.h"
-#include "translator/Tracing.h"
+#include "translator/internal/Registry.h"
+#include "translator/internal/Tracing.h"
 
 namespace NetworkTopologyAggregator {
 

@@ -1,6 +1,6 @@
 #include "translator/VelEdge.h"
 
-#include "translator/Tracing.h"
+#include "translator/internal/Tracing.h"
 
 namespace NetworkTopologyAggregator {
 

@@ -1,8 +1,8 @@
 #include "translator/VelHost.h"
 
 #include "platform/Vel/Exceptions.h"
-#include "translator/Registry.h"
-#include "translator/Tracing.h"
+#include "translator/internal/Registry.h"
+#include "translator/internal/Tracing.h"
 
 namespace NetworkTopologyAggregator {
 

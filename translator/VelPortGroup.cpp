@@ -1,6 +1,6 @@
 #include "translator/VelPortGroup.h"
 
-#include "translator/Tracing.h"
+#include "translator/internal/Tracing.h"
 
 namespace NetworkTopologyAggregator {
 

@@ -1,6 +1,6 @@
 #include "translator/VelStatus.h"
 
-#include "translator/Registry.h"
+#include "translator/internal/Registry.h"
 
 namespace NetworkTopologyAggregator {
 

@@ -1,4 +1,4 @@
-#include "translator/Tracing.h"
+#include "translator/internal/Tracing.h"
 
 #include <cstddef>
 
