@@ -1,3 +1,5 @@
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -176,6 +178,15 @@ TEST(Graphml, DeepNestingIsReadOrRefused) {
     }
     EXPECT_EQ(countsOf(importTopology(map("<node id='a'>" + deep + ends + "</node>"), "t", {})),
               (Counts{1, 100000, 0, 0, 0}));
+}
+
+TEST(Graphml, TheExampleTranslates) {
+    std::ifstream file(NTA_SOURCE_DIR "/examples/abilene.graphml", std::ios::binary);
+    std::string const text(std::istreambuf_iterator<char>(file), {});
+    EXPECT_EQ(countsOf(importTopology(text, "abilene.graphml", {})), (Counts{11, 28, 0, 0, 28}));
+    std::string const operations = operationsOf(text);
+    EXPECT_NE(operations.find("\nedge New York:Chicago -> Chicago:New York\n"), std::string::npos);
+    EXPECT_NE(operations.find("\nedge Chicago:New York -> New York:Chicago\n"), std::string::npos);
 }
 
 TEST(Graphml, EveryByteReplacedNeverCrashes) {

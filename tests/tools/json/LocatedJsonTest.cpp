@@ -300,16 +300,22 @@ TEST(LocatedJson, EveryByteReplacedByEveryOtherNeverCrashes) {
     EXPECT_LT(refused, 256U * text.size());
 }
 
-TEST(JsonOutline, NamesTheOutermostMembersUpToTheFault) {
-    using Names = std::vector<std::string>;
-    EXPECT_EQ(outlineJson("{\"a\":{\"x\":1},\"b\":2}").memberNames, (Names{"a", "b"}));
-    EXPECT_TRUE(outlineJson("{\"a\":{\"x\":1},\"b\":2}").wellFormed);
-    EXPECT_EQ(outlineJson("{\"a\":{\"x\":1},\"b\":[{\"y\":").memberNames, (Names{"a", "b"}));
-    EXPECT_FALSE(outlineJson("{\"a\":{\"x\":1},\"b\":[{\"y\":").wellFormed);
-    EXPECT_EQ(outlineJson("{\"a\":1,\"a\":2}").memberNames, (Names{"a", "a"}));
-    EXPECT_EQ(outlineJson("[{\"a\":1}]").memberNames, Names{});
-    EXPECT_EQ(outlineJson("[{\"a\":").memberNames, Names{});
-    EXPECT_EQ(outlineJson("graph {").memberNames, Names{});
+TEST(JsonGlance, FindsAMemberOfTheOutermostObjectUpToTheFault) {
+    EXPECT_EQ(glanceAtJson("{\"a\":{\"x\":1},\"b\":2}", {"x", "b"}).member, "b");
+    EXPECT_EQ(glanceAtJson("{\"a\":{\"x\":1},\"b\":2}", {"b", "a"}).member, "a");
+    EXPECT_EQ(glanceAtJson("{\"a\":[{\"b\":1}],\"b\":[{\"y\":", {"b"}).member, "b");
+    EXPECT_EQ(glanceAtJson("\xef\xbb\xbf{\"b\":1}", {"b"}).member, "b");
+    EXPECT_EQ(glanceAtJson("[{\"b\":1}]", {"c"}).member, std::nullopt);
+    EXPECT_EQ(glanceAtJson("{\"a\":1", {"b"}).member, std::nullopt);
+    EXPECT_EQ(glanceAtJson("graph {", {"graph"}).member, std::nullopt);
+    EXPECT_EQ(glanceAtJson("", {"b"}).member, std::nullopt);
+}
+
+TEST(JsonGlance, TellsAnEmptyObjectAndABrokenOne) {
+    EXPECT_FALSE(glanceAtJson("{}", {"b"}).hasMembers);
+    EXPECT_TRUE(glanceAtJson("{\"a\":1}", {"b"}).hasMembers);
+    EXPECT_TRUE(glanceAtJson("{\"a\":1}", {"b"}).wellFormed);
+    EXPECT_FALSE(glanceAtJson("{\"a\":1", {"b"}).wellFormed);
 }
 
 }  // namespace
