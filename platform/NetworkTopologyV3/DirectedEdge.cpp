@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/NetworkTopologyV3/Mutation.h"
+#include "platform/Vel/VelAttrs.h"
 
 namespace NetworkTopologyV3 {
 
@@ -42,5 +43,43 @@ void DirectedEdge::toPortDelAll() {
 void DirectedEdge::NotifieeConst::notifierIs(Vel::Ptr<Vel::PtrInterface const> const & notifier) {
     Vel::PtrInterface::NotifieeConst::notifierIs(Vel::dynamicPtrCast<DirectedEdge const>(notifier));
 }
+
+namespace {
+
+constexpr Vel::VelArg toPortArgs[] = {{"port", &PortKey::_velType}, {"flag", &Vel::Builtin<bool>::_velType}};
+
+using Attrs = Vel::Attrs<DirectedEdge>;
+
+constexpr Vel::VelAttr attributes[] = {
+    Attrs::readOnly<&DirectedEdge::fromPort>("fromPort", 130),
+    Attrs::valueCollection<PortKey, bool, [](DirectedEdge & o) { return o.toPort(); },
+                           [](DirectedEdge & o, PortKey const & key) {
+                               std::optional<bool> const flag = o.toPort(key);
+                               return flag ? Vel::GenericIf(*flag) : Vel::GenericIf();
+                           },
+                           &DirectedEdge::toPortIs, &DirectedEdge::toPortDel>("toPort", 131, "port",
+                                                                              toPortArgs),
+    Attrs::function<&DirectedEdge::toPortDelAll>("toPortDelAll", 132, {}),
+};
+
+}  // namespace
+
+constinit Vel::VelType const DirectedEdge::_velType{{
+    .name = "NetworkTopologyV3::DirectedEdge",
+    .attributes = attributes,
+    .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
+    .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
+    .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
+    .genericIfIterator = Vel::GenericIfImpl::iterator,
+    .genericIfIteratorKey = Vel::GenericIfImpl::iteratorKey,
+}};
+
+Vel::VelType const * DirectedEdge::fwkType() const { return &_velType; }
+
+namespace {
+
+Vel::TypeRegistration const registration(DirectedEdge::_velType);
+
+}  // namespace
 
 }  // namespace NetworkTopologyV3

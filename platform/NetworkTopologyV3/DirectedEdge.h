@@ -22,6 +22,9 @@ public:
     struct ToPortTag;
     using ToPort = Vel::HashMap2018<ToPortTag, PortKey, bool>;
 
+    static Vel::VelType const _velType;
+    Vel::VelType const * fwkType() const override;
+
     // Where the links start: the edge's key in its status.
     PortKey const & fromPort() const noexcept { return fromPort_; }
     PortKey const & collectionKey() const noexcept { return fromPort_; }

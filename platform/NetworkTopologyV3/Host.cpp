@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/NetworkTopologyV3/Mutation.h"
+#include "platform/Vel/VelAttrs.h"
 
 namespace NetworkTopologyV3 {
 
@@ -118,5 +119,70 @@ void Host::logicalPortDelAll() {
 void Host::NotifieeConst::notifierIs(Vel::Ptr<Vel::PtrInterface const> const & notifier) {
     Vel::PtrInterface::NotifieeConst::notifierIs(Vel::dynamicPtrCast<Host const>(notifier));
 }
+
+namespace {
+
+constexpr Vel::VelArg nameArg[] = {{"name", &Vel::Name::_velType}};
+constexpr Vel::VelArg mlagArgs[] = {{"name", &Vel::Name::_velType}, {"secondaryName", &Vel::Name::_velType}};
+constexpr Vel::VelArg mlagRawArgs[] = {{"name", &Vel::Name::_velType}, {"mlag", &MlagPort::_velType}};
+constexpr Vel::VelArg logicalPortArgs[] = {{"name", &Vel::Name::_velType}, {"port", &PortBase::_velType}};
+
+using Attrs = Vel::Attrs<Host>;
+
+constexpr Vel::VelAttr attributes[] = {
+    Attrs::readOnly<&Host::name>("name", 130),
+    Attrs::value<&Host::hostname, &Host::hostnameIs>("hostname", 131),
+    Attrs::value<&Host::mlagDomainId, &Host::mlagDomainIdIs>("mlagDomainId", 132),
+    Attrs::value<&Host::mlagSystemId, &Host::mlagSystemIdIs>("mlagSystemId", 133),
+    Attrs::value<&Host::mlagState, &Host::mlagStateIs>("mlagState", 134),
+    Attrs::value<&Host::mlagPeerLink, &Host::mlagPeerLinkIs>("mlagPeerLink", 135),
+    Attrs::collection<Port, Vel::Name, [](Host & o) { return o.port(); },
+                      [](Host & o, Vel::Name const & key) { return o.port(key); }, nullptr, &Host::portDel,
+                      [](Host & o, Vel::Name const & key) { return o.portIs(key); }, Vel::Name>(
+        "port", 136, "name", nameArg),
+    Attrs::function<&Host::portDelAll>("portDelAll", 137, {}),
+    Attrs::collection<PortGroup, Vel::Name, [](Host & o) { return o.portGroup(); },
+                      [](Host & o, Vel::Name const & key) { return o.portGroup(key); }, nullptr,
+                      &Host::portGroupDel, [](Host & o, Vel::Name const & key) { return o.portGroupIs(key); },
+                      Vel::Name>("portGroup", 138, "name", nameArg),
+    Attrs::function<&Host::portGroupDelAll>("portGroupDelAll", 139, {}),
+    Attrs::collection<MlagPort, Vel::Name, [](Host & o) { return o.mlag(); },
+                      [](Host & o, Vel::Name const & key) { return o.mlag(key); }, nullptr, &Host::mlagDel,
+                      [](Host & o, Vel::Name const & key, Vel::Name const & secondaryName) {
+                          return o.mlagIs(key, secondaryName);
+                      },
+                      Vel::Name, Vel::Name>("mlag", 140, "name", mlagArgs),
+    Attrs::function<&Host::mlagDelAll>("mlagDelAll", 141, {}),
+    Attrs::valueCollection<Vel::Name, Vel::Ptr<MlagPort>, [](Host & o) { return o.mlagRaw(); },
+                           [](Host & o, Vel::Name const & key) { return o.mlagRaw(key); },
+                           &Mutation::valueUnderItsNameIs<&Host::mlagRawIs, Host, MlagPort>,
+                           &Host::mlagRawDel>("mlagRaw", 142, "name", mlagRawArgs),
+    Attrs::function<&Host::mlagRawDelAll>("mlagRawDelAll", 143, {}),
+    Attrs::valueCollection<Vel::Name, Vel::Ptr<PortBase const>, [](Host & o) { return o.logicalPort(); },
+                           [](Host & o, Vel::Name const & key) { return o.logicalPort(key); },
+                           &Mutation::valueUnderItsNameIs<&Host::logicalPortIs, Host, PortBase const>,
+                           &Host::logicalPortDel>("logicalPort", 144, "name", logicalPortArgs),
+    Attrs::function<&Host::logicalPortDelAll>("logicalPortDelAll", 145, {}),
+};
+
+}  // namespace
+
+constinit Vel::VelType const Host::_velType{{
+    .name = "NetworkTopologyV3::Host",
+    .attributes = attributes,
+    .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
+    .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
+    .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
+    .genericIfIterator = Vel::GenericIfImpl::iterator,
+    .genericIfIteratorKey = Vel::GenericIfImpl::iteratorKey,
+}};
+
+Vel::VelType const * Host::fwkType() const { return &_velType; }
+
+namespace {
+
+Vel::TypeRegistration const registration(Host::_velType);
+
+}  // namespace
 
 }  // namespace NetworkTopologyV3

@@ -36,6 +36,9 @@ public:
     struct LogicalPortTag;
     using LogicalPort = Vel::HashMap2018<LogicalPortTag, Vel::Name, Vel::Ptr<PortBase const>>;
 
+    static Vel::VelType const _velType;
+    Vel::VelType const * fwkType() const override;
+
     Vel::Name const & name() const noexcept { return name_; }
     Vel::Name const & collectionKey() const noexcept { return name_; }
 

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/Vel/VelAttrs.h"
+
 namespace NetworkTopologyV3 {
 
 MlagPort::MlagPort(Vel::Name name, Vel::Name secondaryName, Host & host) noexcept
@@ -16,5 +18,33 @@ void MlagPort::localPortGroupIs(Vel::Ptr<PortGroup> const & portGroup) {
 }
 
 MlagPort::NotifieeConst::~NotifieeConst() = default;
+
+namespace {
+
+using Attrs = Vel::Attrs<MlagPort>;
+
+constexpr Vel::VelAttr attributes[] = {
+    Attrs::readOnly<&MlagPort::secondaryName>("secondaryName", 258),
+    Attrs::value<&MlagPort::localPortGroup, &MlagPort::localPortGroupIs>("localPortGroup", 259),
+};
+
+}  // namespace
+
+constinit Vel::VelType const MlagPort::_velType{{
+    .name = "NetworkTopologyV3::MlagPort",
+    .base = &PortBase::_velType,
+    .attributes = attributes,
+    .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
+    .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
+    .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
+}};
+
+Vel::VelType const * MlagPort::fwkType() const { return &_velType; }
+
+namespace {
+
+Vel::TypeRegistration const registration(MlagPort::_velType);
+
+}  // namespace
 
 }  // namespace NetworkTopologyV3

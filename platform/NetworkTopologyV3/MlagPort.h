@@ -14,6 +14,9 @@ public:
     using PtrConst = Vel::Ptr<MlagPort const>;
     class NotifieeConst;
 
+    static Vel::VelType const _velType;
+    Vel::VelType const * fwkType() const override;
+
     // What was given to `Host::mlagIs`; stays for life.
     Vel::Name const & secondaryName() const noexcept { return secondaryName_; }
 

@@ -11,6 +11,7 @@
 
 #include "platform/Vel/HashMap.h"
 #include "platform/Vel/HashMap2018.h"
+#include "platform/Vel/Name.h"
 #include "platform/Vel/Ptr.h"
 #include "platform/Vel/PtrInterface.h"
 
@@ -97,6 +98,14 @@ struct Mutation {
         if (failure) std::rethrow_exception(failure);
     }
 
+    // `Set(model, object)` for callers that name the key too, which is always the object's name. Throws
+    // Vel::RangeException for another one.
+    template <auto Set, class Model, class Object>
+    static void valueUnderItsNameIs(Model & model, Vel::Name const & key, Vel::Ptr<Object> const & object) {
+        if (object && object->name() != key) refuseKey(key, object->name());
+        (model.*Set)(object);
+    }
+
     // The value of an entry; null for none.
     template <class Node>
     static auto valueOf(Node const * entry) noexcept {
@@ -105,6 +114,8 @@ struct Mutation {
     }
 
 private:
+    [[noreturn]] static void refuseKey(Vel::Name const & key, Vel::Name const & name);
+
     template <class Model, class Key, class On>
     static void notifyOfKey(Model const & model, Key const & key, On const & on) {
         using Reactor = typename Model::NotifieeConst;

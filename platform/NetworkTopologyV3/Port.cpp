@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/NetworkTopologyV3/PortGroup.h"
+#include "platform/Vel/VelAttrs.h"
 
 namespace NetworkTopologyV3 {
 
@@ -19,5 +20,32 @@ void Port::portGroupIs(PortGroup * portGroup) {
 }
 
 Port::NotifieeConst::~NotifieeConst() = default;
+
+namespace {
+
+using Attrs = Vel::Attrs<Port>;
+
+constexpr Vel::VelAttr attributes[] = {
+    Attrs::value<&Port::portGroup, &Port::portGroupIs>("portGroup", 258),
+};
+
+}  // namespace
+
+constinit Vel::VelType const Port::_velType{{
+    .name = "NetworkTopologyV3::Port",
+    .base = &PortBase::_velType,
+    .attributes = attributes,
+    .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
+    .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
+    .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
+}};
+
+Vel::VelType const * Port::fwkType() const { return &_velType; }
+
+namespace {
+
+Vel::TypeRegistration const registration(Port::_velType);
+
+}  // namespace
 
 }  // namespace NetworkTopologyV3

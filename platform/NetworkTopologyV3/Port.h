@@ -15,6 +15,9 @@ public:
     using PtrConst = Vel::Ptr<Port const>;
     class NotifieeConst;
 
+    static Vel::VelType const _velType;
+    Vel::VelType const * fwkType() const override;
+
     // The group that this port belongs to; null when it belongs to none, or its group has died. Not counted.
     PortGroup * portGroup() const noexcept;
     void portGroupIs(PortGroup * portGroup);

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/NetworkTopologyV3/Host.h"
+#include "platform/Vel/VelAttrs.h"
 
 namespace NetworkTopologyV3 {
 
@@ -47,5 +48,34 @@ void PortBase::NotifieeConst::notifierIs(Vel::Ptr<Vel::PtrInterface const> const
     if (portBase && follows_ != Kind::any && portBase->kind_ != follows_) portBase = nullptr;
     Vel::PtrInterface::NotifieeConst::notifierIs(portBase);
 }
+
+namespace {
+
+using Attrs = Vel::Attrs<PortBase>;
+
+constexpr Vel::VelAttr attributes[] = {
+    Attrs::readOnly<&PortBase::name>("name", 130),
+    Attrs::value<&PortBase::type, &PortBase::typeIs>("type", 131),
+    Attrs::readOnly<&PortBase::portKey>("portKey", 132),
+    Attrs::readOnly<&PortBase::host>("host", 133),
+};
+
+}  // namespace
+
+constinit Vel::VelType const PortBase::_velType{{
+    .name = "NetworkTopologyV3::PortBase",
+    .attributes = attributes,
+    .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
+    .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
+    .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
+}};
+
+Vel::VelType const * PortBase::fwkType() const { return &_velType; }
+
+namespace {
+
+Vel::TypeRegistration const registration(PortBase::_velType);
+
+}  // namespace
 
 }  // namespace NetworkTopologyV3

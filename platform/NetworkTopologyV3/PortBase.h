@@ -24,6 +24,9 @@ public:
     using PtrConst = Vel::Ptr<PortBase const>;
     class NotifieeConst;
 
+    static Vel::VelType const _velType;
+    Vel::VelType const * fwkType() const override;
+
     // The key in the collection of its host. May be empty.
     Vel::Name const & name() const noexcept { return name_; }
     Vel::Name const & collectionKey() const noexcept { return name_; }

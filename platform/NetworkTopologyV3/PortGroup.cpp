@@ -4,6 +4,7 @@
 
 #include "platform/NetworkTopologyV3/MlagPort.h"
 #include "platform/NetworkTopologyV3/Mutation.h"
+#include "platform/Vel/VelAttrs.h"
 
 namespace NetworkTopologyV3 {
 
@@ -49,5 +50,41 @@ void PortGroup::mlagIs(MlagPort const * mlag) {
 }
 
 PortGroup::NotifieeConst::~NotifieeConst() = default;
+
+namespace {
+
+constexpr Vel::VelArg memberPortArgs[] = {{"name", &Vel::Name::_velType}, {"port", &Port::_velType}};
+
+using Attrs = Vel::Attrs<PortGroup>;
+
+constexpr Vel::VelAttr attributes[] = {
+    Attrs::valueCollection<Vel::Name, Vel::Ptr<Port>, [](PortGroup & o) { return o.memberPort(); },
+                           [](PortGroup & o, Vel::Name const & key) { return o.memberPort(key); },
+                           &Mutation::valueUnderItsNameIs<&PortGroup::memberPortIs, PortGroup, Port>,
+                           &PortGroup::memberPortDel>("memberPort", 258, "name", memberPortArgs),
+    Attrs::function<&PortGroup::memberPortDelAll>("memberPortDelAll", 259, {}),
+    Attrs::value<&PortGroup::mlag, &PortGroup::mlagIs>("mlag", 260),
+};
+
+}  // namespace
+
+constinit Vel::VelType const PortGroup::_velType{{
+    .name = "NetworkTopologyV3::PortGroup",
+    .base = &PortBase::_velType,
+    .attributes = attributes,
+    .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
+    .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
+    .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
+    .genericIfIterator = Vel::GenericIfImpl::iterator,
+    .genericIfIteratorKey = Vel::GenericIfImpl::iteratorKey,
+}};
+
+Vel::VelType const * PortGroup::fwkType() const { return &_velType; }
+
+namespace {
+
+Vel::TypeRegistration const registration(PortGroup::_velType);
+
+}  // namespace
 
 }  // namespace NetworkTopologyV3

@@ -20,6 +20,9 @@ public:
     struct MemberPortTag;
     using MemberPort = Vel::HashMap2018<MemberPortTag, Vel::Name, Vel::Ptr<Port>>;
 
+    static Vel::VelType const _velType;
+    Vel::VelType const * fwkType() const override;
+
     // The members by name, counted.
     MemberPort::Range memberPort() const noexcept { return MemberPort::Range(memberPort_, *this); }
     // Null when there is none of that name.

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <ostream>
 
+#include "platform/Vel/GenericIf.h"
 #include "platform/Vel/HashMap.h"
 
 namespace NetworkTopologyV3 {
@@ -93,5 +94,22 @@ std::uint32_t PortKey::hash() const noexcept {
 }
 
 std::ostream & operator<<(std::ostream & out, PortKey const & key) { return out << key.jsonPointer(); }
+
+constinit Vel::VelType const PortKey::_velType{{
+    .name = "NetworkTopologyV3::PortKey",
+    .fromStrRep = [](Vel::VelType const &, std::string_view text) -> Vel::GenericIf {
+        if (auto const key = PortKey::fromJsonPointer(text)) return Vel::GenericIf::wrap(*key);
+        throw Vel::RangeException("expected a port key such as /host/leaf-1/port/eth-1, found \"" +
+                                  std::string(text) + '"');
+    },
+    .kind = Vel::VelType::Kind::value,
+    .toStrRep = [](Vel::GenericIf const & value) { return value.as<PortKey>().jsonPointer(); },
+}};
+
+namespace {
+
+Vel::TypeRegistration const registration(PortKey::_velType);
+
+}  // namespace
 
 }  // namespace NetworkTopologyV3

@@ -17,11 +17,14 @@
 #include "platform/Vel/Export.h"
 #include "platform/Vel/Name.h"
 #include "platform/Vel/String.h"
+#include "platform/Vel/VelType.h"
 
 namespace NetworkTopologyV3 {
 
 class VEL_EXPORT PortKey {
 public:
+    static Vel::VelType const _velType;
+
     // The kinds of port bases, as keys and documents spell them.
     static constexpr std::string_view kPort = "port";
     static constexpr std::string_view kPortGroup = "portGroup";

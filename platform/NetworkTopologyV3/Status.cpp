@@ -1,6 +1,7 @@
 #include "platform/NetworkTopologyV3/Status.h"
 
 #include "platform/NetworkTopologyV3/Mutation.h"
+#include "platform/Vel/VelAttrs.h"
 
 namespace NetworkTopologyV3 {
 
@@ -57,5 +58,48 @@ void Status::NotifieeConst::notifierIs(Vel::Ptr<Vel::PtrInterface const> const &
 }
 
 Status::Notifiee::~Notifiee() = default;
+
+namespace {
+
+constexpr Vel::VelArg nameArg[] = {{"name", &Vel::Name::_velType}};
+constexpr Vel::VelArg fromPortArg[] = {{"fromPort", &PortKey::_velType}};
+
+using Attrs = Vel::Attrs<Status>;
+
+constexpr Vel::VelAttr attributes[] = {
+    Attrs::collection<Host, Vel::Name, [](Status & o) { return o.host(); },
+                      [](Status & o, Vel::Name const & key) { return o.host(key); }, nullptr,
+                      &Status::hostDel, [](Status & o, Vel::Name const & key) { return o.hostIs(key); },
+                      Vel::Name>("host", 130, "name", nameArg),
+    Attrs::function<&Status::hostDelAll>("hostDelAll", 131, {}),
+    Attrs::value<&Status::localhost, &Status::localhostIs>("localhost", 132),
+    Attrs::collection<DirectedEdge, PortKey, [](Status & o) { return o.edge(); },
+                      [](Status & o, PortKey const & key) { return o.edge(key); }, nullptr, &Status::edgeDel,
+                      [](Status & o, PortKey const & key) { return o.edgeIs(key); }, PortKey>(
+        "edge", 133, "fromPort", fromPortArg),
+    Attrs::function<&Status::edgeDelAll>("edgeDelAll", 134, {}),
+};
+
+}  // namespace
+
+constinit Vel::VelType const Status::_velType{{
+    .name = "NetworkTopologyV3::Status",
+    .attributes = attributes,
+    .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
+    .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
+    .genericIfFromCtorArgs =
+        [](std::span<Vel::GenericIf const>) { return Vel::GenericIf(Status::StatusIs()); },
+    .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
+    .genericIfIterator = Vel::GenericIfImpl::iterator,
+    .genericIfIteratorKey = Vel::GenericIfImpl::iteratorKey,
+}};
+
+Vel::VelType const * Status::fwkType() const { return &_velType; }
+
+namespace {
+
+Vel::TypeRegistration const registration(Status::_velType);
+
+}  // namespace
 
 }  // namespace NetworkTopologyV3

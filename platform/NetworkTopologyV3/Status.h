@@ -43,6 +43,9 @@ public:
     using Hosts = Vel::HashMap<Host, Vel::Name, Status>;
     using Edges = Vel::HashMap<DirectedEdge, PortKey, Status>;
 
+    static Vel::VelType const _velType;
+    Vel::VelType const * fwkType() const override;
+
     // An empty topology.
     static Vel::Ptr<Status> StatusIs();
     // Hosts by name and edges by the key of the port base where they start: a lookup gives null where there
