@@ -172,8 +172,9 @@ struct HashMapKey<Ptr<T>> {
     static bool lessThan(Ptr<T> const & a, Ptr<T> const & b) noexcept { return value(a) < value(b); }
 
 private:
+    // Of the framework object, which is what lookups by plain pointer have.
     static std::uintptr_t value(Ptr<T> const & key) noexcept {
-        return reinterpret_cast<std::uintptr_t>(key.get());
+        return reinterpret_cast<std::uintptr_t>(static_cast<PtrInterface const *>(key.get()));
     }
 };
 
