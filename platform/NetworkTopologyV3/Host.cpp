@@ -156,12 +156,12 @@ constexpr Vel::VelAttr attributes[] = {
     Attrs::valueCollection<Vel::Name, Vel::Ptr<MlagPort>, [](Host & o) { return o.mlagRaw(); },
                            [](Host & o, Vel::Name const & key) { return o.mlagRaw(key); },
                            &Mutation::valueUnderItsNameIs<&Host::mlagRawIs, Host, MlagPort>,
-                           &Host::mlagRawDel>("mlagRaw", 142, "name", mlagRawArgs),
+                           &Host::mlagRawDel>("mlagRaw", 142, "name", mlagRawArgs, true),
     Attrs::function<&Host::mlagRawDelAll>("mlagRawDelAll", 143, {}),
     Attrs::valueCollection<Vel::Name, Vel::Ptr<PortBase const>, [](Host & o) { return o.logicalPort(); },
                            [](Host & o, Vel::Name const & key) { return o.logicalPort(key); },
                            &Mutation::valueUnderItsNameIs<&Host::logicalPortIs, Host, PortBase const>,
-                           &Host::logicalPortDel>("logicalPort", 144, "name", logicalPortArgs),
+                           &Host::logicalPortDel>("logicalPort", 144, "name", logicalPortArgs, true),
     Attrs::function<&Host::logicalPortDelAll>("logicalPortDelAll", 145, {}),
 };
 

@@ -61,7 +61,7 @@ constexpr Vel::VelAttr attributes[] = {
     Attrs::valueCollection<Vel::Name, Vel::Ptr<Port>, [](PortGroup & o) { return o.memberPort(); },
                            [](PortGroup & o, Vel::Name const & key) { return o.memberPort(key); },
                            &Mutation::valueUnderItsNameIs<&PortGroup::memberPortIs, PortGroup, Port>,
-                           &PortGroup::memberPortDel>("memberPort", 258, "name", memberPortArgs),
+                           &PortGroup::memberPortDel>("memberPort", 258, "name", memberPortArgs, true),
     Attrs::function<&PortGroup::memberPortDelAll>("memberPortDelAll", 259, {}),
     Attrs::value<&PortGroup::mlag, &PortGroup::mlagIs>("mlag", 260),
 };

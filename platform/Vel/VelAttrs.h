@@ -187,7 +187,7 @@ public:
     //     Remove(object, key)           removes
     template <class Key, class Value, auto Range, auto LookUp, auto Set, auto Remove>
     static constexpr VelAttr valueCollection(char const * name, std::uint32_t index, char const * keyName,
-                                             std::span<VelArg const> args) {
+                                             std::span<VelArg const> args, bool keyIsValuesName = false) {
         return VelAttr({
             .name = name,
             .owner = &C::_velType,
@@ -208,6 +208,7 @@ public:
                 return AttrsImpl::wrapResult([&] { return std::invoke(Set, self, key, value); });
             },
             .iterator = &iterate<Key, Range>,
+            .keyIsValuesName = keyIsValuesName,
         });
     }
 

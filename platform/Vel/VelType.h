@@ -81,6 +81,7 @@ public:
         Function function = nullptr;
         IteratorFunction iterator = nullptr;
         bool callableOnConst = false;  // Of a function: whether an object that cannot be changed offers it.
+        bool keyIsValuesName = false;
     };
 
     constexpr VelAttr(Record const & record) noexcept : record_(record) {}
@@ -98,6 +99,9 @@ public:
     std::span<VelArg const> args() const noexcept { return record_.args; }
     std::uint32_t index() const noexcept { return record_.index; }
     Kind kind() const noexcept { return record_.kind; }
+    // Of a value collection: whether an entry stands under the name of the object that it holds, and under no
+    // other key.
+    bool keyIsValuesName() const noexcept { return record_.keyIsValuesName; }
     // Which of AttributeOperation the attribute offers.
     std::uint32_t operations() const noexcept { return record_.operations; }
     bool offers(AttributeOperation operation) const noexcept { return (record_.operations & operation) != 0; }
