@@ -51,9 +51,7 @@ public:
     GraphReader & operator=(GraphReader const &) = delete;
 
     ReadGraph read() {
-        agsetfile(nullptr);
-        agreadline(1);
-        agreseterrors();
+        agsetfile(nullptr);  // forgets the name that a "#" directive gave, and counts lines from 1 again
         Agiodisc_t io = AgIoDisc;
         io.afread = give;
         Agdisc_t discipline = AgDefaultDisc;
@@ -64,8 +62,7 @@ public:
         bool const whole =
             std::none_of(within.begin(), within.end(), [](Complaint const & c) { return c.isError; });
         if (result.graph) {
-            // Reading on to the end finds what is wrong behind the graph, and leaves nothing to the next
-            // text.
+            // Reading on to the end finds what is wrong behind the graph, and leaves nothing for the next.
             while (Graph(agread(this, &discipline))) {
             }
         }
