@@ -79,7 +79,7 @@ void V2Sm::VelEdge::cleanup() {
     traced("void NetworkTopologyAggregator::V2Sm::VelEdge::cleanup()", "cleanup");
     FromPort const fromPort = fwkKey();
     NetworkTopology::HostV2 const * const host = fromPort ? fromPort->host() : nullptr;
-    if (!host || !sm_) return;
+    if (!host || !sm_ || !v3Edge_) return;
     auto const status = sm_->v3();
     if (!status || !status->host(host->name())) return;
     if (auto const portV3 = sm_->toPortBaseV3(fromPort)) status->edgeDel(portV3->portKey());

@@ -32,7 +32,7 @@ NetworkTopologyV3::MlagPort::Ptr V2Sm::VelHost::VelMlag::createV3Mlag() {
 void V2Sm::VelHost::VelMlag::cleanup() {
     traced("void NetworkTopologyAggregator::V2Sm::VelHost::VelMlag::cleanup()", "cleanup");
     auto const host = hostV3();
-    if (host && notifier()) host->mlagDel(notifier()->name());
+    if (host && notifier() && v3Mlag()) host->mlagDel(notifier()->name());
 }
 
 }  // namespace NetworkTopologyAggregator

@@ -30,7 +30,7 @@ NetworkTopologyV3::Port::Ptr V2Sm::VelHost::VelPort::createV3Port() {
 void V2Sm::VelHost::VelPort::cleanup() {
     traced("void NetworkTopologyAggregator::V2Sm::VelHost::VelPort::cleanup()", "cleanup");
     auto const host = hostV3();
-    if (host && notifier()) host->portDel(notifier()->name());
+    if (host && notifier() && v3Port()) host->portDel(notifier()->name());
 }
 
 }  // namespace NetworkTopologyAggregator

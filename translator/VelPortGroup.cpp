@@ -51,7 +51,7 @@ NetworkTopologyV3::PortGroup::Ptr V2Sm::VelHost::VelPortGroup::createV3PortGroup
 void V2Sm::VelHost::VelPortGroup::cleanup() {
     traced("void NetworkTopologyAggregator::V2Sm::VelHost::VelPortGroup::cleanup()", "cleanup");
     auto const host = hostV3();
-    if (host && notifier()) host->portGroupDel(notifier()->name());
+    if (host && notifier() && v3PortGroup()) host->portGroupDel(notifier()->name());
 }
 
 }  // namespace NetworkTopologyAggregator
