@@ -182,21 +182,6 @@ public:
 
     JsonValue takeRoot() { return std::move(root_); }
 
-    // Names of the outermost object's members so far.
-    std::vector<std::string> outermostNames() const {
-        std::vector<std::string> names;
-        JsonValue const & outermost = open_.empty() ? root_ : open_.front().container;
-        if (outermost.isObject()) {
-            for (JsonMember const & member : outermost.members()) {
-                names.push_back(member.name);
-            }
-        }
-        if (!open_.empty() && open_.front().nameInHand) {
-            names.push_back(open_.front().name);
-        }
-        return names;
-    }
-
     // A NUL byte ends the input for the parser, and what follows it is not looked at.
     void requireEnd() const {
         std::size_t const at = skipSpace(end_);
@@ -447,17 +432,56 @@ namespace {
 
 constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
 
-// Feeds `builder` with all of `text`; throws InputError.
-void parseInto(JsonTreeBuilder & builder, SourceText const & text, char const *& taken) {
-    std::string_view const bytes = text.bytes();
-    if (bytes.substr(0, byteOrderMark.size()) == byteOrderMark) {
-        throw text.error(0, "byte order mark; expected JSON text without one (RFC 8259, section 8.1)");
+// Looks for names in the outermost object and keeps nothing else.
+class GlancingReader : public nlohmann::json_sax<nlohmann::json> {
+public:
+    GlancingReader(std::initializer_list<std::string_view> wanted, JsonGlance & glance)
+        : wanted_(wanted), glance_(glance) {}
+
+    bool null() override { return true; }
+    bool boolean(bool) override { return true; }
+    bool number_integer(number_integer_t) override { return true; }
+    bool number_unsigned(number_unsigned_t) override { return true; }
+    bool number_float(number_float_t, string_t const &) override { return true; }
+    bool string(string_t &) override { return true; }
+    bool binary(binary_t &) override { return true; }
+    bool start_object(std::size_t) override { return open(); }
+    bool start_array(std::size_t) override { return open(); }
+    bool end_object() override { return close(); }
+    bool end_array() override { return close(); }
+
+    bool key(string_t & name) override {
+        if (depth_ != 1) {
+            return true;
+        }
+        glance_.hasMembers = true;
+        if (std::find(wanted_.begin(), wanted_.end(), name) == wanted_.end()) {
+            return true;
+        }
+        glance_.member = std::move(name);
+        return false;
     }
-    text.requireUtf8();
-    nlohmann::json::sax_parse(CountingIterator(bytes.data(), &taken),
-                              CountingIterator(bytes.data() + bytes.size(), &taken), &builder);
-    builder.requireEnd();
-}
+
+    bool parse_error(std::size_t, std::string const &, nlohmann::detail::exception const &) override {
+        glance_.wellFormed = false;
+        return false;
+    }
+
+private:
+    bool open() {
+        ++depth_;
+        return true;
+    }
+
+    bool close() {
+        --depth_;
+        return true;
+    }
+
+    std::initializer_list<std::string_view> wanted_;
+    JsonGlance & glance_;
+    std::size_t depth_ = 0;
+};
 
 }  // namespace
 
@@ -493,25 +517,24 @@ JsonMember const * JsonValue::member(std::string_view name) const {
 
 JsonValue parseJson(std::string_view bytes, std::string const & fileName, std::size_t firstLine) {
     SourceText const text(fileName, bytes, firstLine);
+    if (bytes.substr(0, byteOrderMark.size()) == byteOrderMark) {
+        throw text.error(0, "byte order mark; expected JSON text without one (RFC 8259, section 8.1)");
+    }
+    text.requireUtf8();
     char const * taken = bytes.data();
     JsonTreeBuilder builder(text, taken);
-    parseInto(builder, text, taken);
+    nlohmann::json::sax_parse(CountingIterator(bytes.data(), &taken),
+                              CountingIterator(bytes.data() + bytes.size(), &taken), &builder);
+    builder.requireEnd();
     return builder.takeRoot();
 }
 
-JsonOutline outlineJson(std::string_view bytes) {
-    SourceText const text({}, bytes);
-    char const * taken = bytes.data();
-    JsonTreeBuilder builder(text, taken);
-    JsonOutline outline;
-    try {
-        parseInto(builder, text, taken);
-        outline.wellFormed = true;
-    } catch (InputError const &) {
-        // The names up to the fault are what was asked for.
-    }
-    outline.memberNames = builder.outermostNames();
-    return outline;
+JsonGlance glanceAtJson(std::string_view bytes, std::initializer_list<std::string_view> wanted) {
+    JsonGlance glance;
+    glance.wellFormed = true;
+    GlancingReader reader(wanted, glance);
+    nlohmann::json::sax_parse(bytes.begin(), bytes.end(), &reader);
+    return glance;
 }
 
 }  // namespace TopologyTools

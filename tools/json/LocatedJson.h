@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -87,12 +89,13 @@ constexpr std::size_t maxJsonNesting = 256;
 // first line of `bytes`, for streams with one JSON text per line.
 JsonValue parseJson(std::string_view bytes, std::string const & fileName, std::size_t firstLine = 1);
 
-// The names of the members of the outermost object, as far as `bytes` can be read; empty for any other value.
-// Never throws on bad input: meant for a look at the kind of a file that may be broken.
-struct JsonOutline {
-    std::vector<std::string> memberNames;
-    bool wellFormed = false;  // False also for what parseJson refuses although the grammar allows it.
+// A look at the outermost object of a text that may be broken, to tell what kind of file it is. Never throws
+// on bad input, and stops at the first name that was looked for.
+struct JsonGlance {
+    std::optional<std::string> member;  // the first of the wanted names
+    bool hasMembers = false;
+    bool wellFormed = false;  // as far as it was read
 };
-JsonOutline outlineJson(std::string_view bytes);
+JsonGlance glanceAtJson(std::string_view bytes, std::initializer_list<std::string_view> wanted);
 
 }  // namespace TopologyTools
