@@ -1,11 +1,11 @@
-// Counts of the objects of each tracked class: how many live, how many were ever made.
+// Counts of the objects of each tracked class: how many live, how many allocations were ever begun.
 //
 // Usage
 //     class Lamp final : public Vel::PtrInterface, public Vel::AllocTracked<Lamp> { ... };
 //     Vel::Ptr<Lamp> lamp = new Lamp;
 //     Lamp::velAllocTrackTypeInfo_->live();    // 1
 //
-// An allocation is counted before the storage is asked for, and taken back when the storage cannot be had or
+// An object is counted before its storage is asked for, and no longer lives when the storage cannot be had or
 // the constructor throws. Records are never destroyed; a library that is unloaded and loaded again finds
 // those of its classes by name.
 #pragma once
@@ -29,10 +29,13 @@ public:
     // std::bad_alloc, and has then counted nothing.
     static void trackAllocation(AllocTrackTypeInfo ** record, std::type_info const & type,
                                 unsigned int size) {
-        if (!*record) [[unlikely]]
-            *record = recordOf(type, size);
-        add((*record)->live_, 1);
-        add((*record)->total_, 1);
+        // Objects may be made on several threads where pointers are thread-safe; all of them find one record.
+        std::atomic_ref<AllocTrackTypeInfo *> const known(*record);
+        if (!known.load(std::memory_order_acquire)) [[unlikely]]
+            known.store(recordOf(type, size), std::memory_order_release);
+        AllocTrackTypeInfo & counted = *known.load(std::memory_order_acquire);
+        add(counted.live_, 1);
+        add(counted.total_, 1);
     }
     static void trackDeallocation(AllocTrackTypeInfo * record) noexcept {
         add(record->live_, ~std::uint64_t{0});
@@ -75,7 +78,7 @@ public:
         try {
             return PtrInterface::velMemAlloc(static_cast<unsigned>(size));
         } catch (...) {
-            AllocTrackTypeInfo::trackDeallocation(velAllocTrackTypeInfo_);
+            trackDeallocation();
             throw;
         }
     }
@@ -83,7 +86,7 @@ public:
     // Runs after the destructor, and when a constructor has thrown.
     static void operator delete(void * storage) noexcept {
         PtrInterface::velMemFree(storage);
-        AllocTrackTypeInfo::trackDeallocation(velAllocTrackTypeInfo_);
+        trackDeallocation();
     }
     static void operator delete(void *, void *) noexcept {}
 
@@ -92,6 +95,12 @@ public:
 protected:
     AllocTracked() noexcept = default;
     ~AllocTracked() = default;
+
+private:
+    static void trackDeallocation() noexcept {
+        std::atomic_ref<AllocTrackTypeInfo *> const known(velAllocTrackTypeInfo_);
+        AllocTrackTypeInfo::trackDeallocation(known.load(std::memory_order_acquire));
+    }
 };
 
 template <class T>
