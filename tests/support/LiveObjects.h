@@ -2,8 +2,7 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
-#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -21,7 +20,7 @@ public:
     static void expectNone();
 
 private:
-    std::map<std::string, std::uint64_t> live_;
+    std::vector<std::uint64_t> live_;  // In the order of Vel::allocTrackTypes(), which only ever gets longer.
 };
 
 // Holds every test to leaving nothing behind, and the whole program, too.
