@@ -27,6 +27,11 @@ class StatusV2;
 //     object that no host holds, in the place of the one of that name; it throws RangeException for null and
 //     for an object that another host holds. Adding what the host holds already changes nothing.
 //     `xDel(name)` returns what it removed, or null.
+//
+// Callbacks of collections
+//     A change of one entry calls the callback with its key and then the one without. `xDelAll()` calls
+//     `onXvelImmediate()` and then the one without; on a map (`mlagRaw`, `logicalPort`) each key that was
+//     removed is told before that. A collection that is empty already is not changed by it.
 class VEL_EXPORT HostV2 final : public Vel::Entity, public Vel::AllocTracked<HostV2> {
 public:
     using Ptr = Vel::Ptr<HostV2>;
