@@ -279,15 +279,16 @@ TYPED_TEST(ValueCollection, AKeyThatLivesInItsEntryIsToldAfterTheEntryHasGone) {
     std::string const name = "a name long enough for storage of its own";
     this->add(name);
     auto const recorder = this->follow();
-    auto const entry = TypeParam::all(*this->owner).begin();
+    // The walk is over when its range goes: from then on only the collection holds the entry.
+    auto const & key = (*TypeParam::all(*this->owner).begin()).key();
     if constexpr (std::is_same_v<TypeParam, MlagRaws>) {
-        this->owner->mlagRawDel(entry->key());
+        this->owner->mlagRawDel(key);
     } else if constexpr (std::is_same_v<TypeParam, LogicalPorts>) {
-        this->owner->logicalPortDel(entry->key());
+        this->owner->logicalPortDel(key);
     } else if constexpr (std::is_same_v<TypeParam, MemberPorts>) {
-        this->owner->memberPortDel(entry->key());
+        this->owner->memberPortDel(key);
     } else {
-        this->owner->toPortDel(entry->key());
+        this->owner->toPortDel(key);
     }
     EXPECT_THAT(this->journal.take(), ElementsAre(this->keyed(name), this->unkeyed()));
 }
