@@ -598,7 +598,7 @@ private:
 };
 
 TEST(RandomDelivery, IsThatOfTheModel) {
-    for (unsigned seed = 0; seed < 4000; ++seed) {
+    for (unsigned seed = 0; seed < 2000; ++seed) {
         bool const counted = seed % 3 != 0;
         auto const change = [](World & world) {
             for (int i = 0; i < 3; ++i) {

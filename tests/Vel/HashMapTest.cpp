@@ -478,16 +478,16 @@ TEST(HashMap, HoldsTwentyThousandNamesOfOneHash) {
 TEST(HashMap, HoldsAMillionMembersWithLittleStack) {
     TestSupport::onASmallStack([] {
         constexpr std::uint32_t kMembers = 1000000;
-        NamedCollection collection;
-        for (std::uint32_t i = 0; i < kMembers; ++i) collection.add(name(static_cast<int>(i)));
+        ChosenCollection collection;
+        for (std::uint32_t i = 0; i < kMembers; ++i) collection.add({i * 0x9e3779b1U, i});
         EXPECT_EQ(collection.size(), kMembers);
         EXPECT_EQ(collection.bucketBits(), 20U);
         std::uint32_t met = 0;
         for (auto i = collection.iterator(); i; ++i) ++met;
         EXPECT_EQ(met, kMembers);
-        EXPECT_NE(collection[name(777777)], nullptr);
+        EXPECT_NE((collection[{777777U * 0x9e3779b1U, 777777U}]), nullptr);
         collection.emptyAllBuckets();
-        EXPECT_EQ(liveMembers<Name>(), 0U);
+        EXPECT_EQ(liveMembers<ChosenKey>(), 0U);
     });
 }
 
