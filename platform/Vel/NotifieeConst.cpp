@@ -89,13 +89,14 @@ void NotifieeList::deliver(PtrInterface const & notifier, Call first, void const
     };
     while (NotifieeConst * const reactor = delivery.next) {
         delivery.next = reactor == delivery.last ? nullptr : reactor->next_;
-        if (!reactor->hasNotificationActive()) continue;
+        // A reactor that is being destroyed is still in the list, but perhaps no longer what it was.
+        if (!reactor->hasNotificationActive() || reactor->isBeingDestroyed()) continue;
         delivery.called = reactor;
         delivery.calledLeft = delivery.calledIsDestroyed = false;
         KeepAlive const keepReactor(*reactor);
         callOne(*reactor, keepReactor.holds(), first, firstCallback);
         if (second && !delivery.calledLeft && !delivery.calledIsDestroyed &&
-            reactor->hasNotificationActive()) {
+            reactor->hasNotificationActive() && !reactor->isBeingDestroyed()) {
             callOne(*reactor, keepReactor.holds(), second, secondCallback);
         }
     }

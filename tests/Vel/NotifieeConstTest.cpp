@@ -1,5 +1,6 @@
 #include "platform/Vel/NotifieeConst.h"
 
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -350,6 +351,65 @@ TEST_F(NotifieeConst, MayHandOutReferencesWhenItsLastOneGoes) {
     { Clinging const onTheStack; }
     std::make_unique<Clinging>().reset();
     EXPECT_EQ(Clinging::velAllocTrackTypeInfo_->live(), 0U);
+}
+
+// Writes to a lamp when it is destroyed.
+class Fuse final : public Vel::PtrInterface {
+public:
+    explicit Fuse(Ptr<Lamp> lamp) : lamp_(std::move(lamp)) {}
+    ~Fuse() override { lamp_->brightnessIs(lamp_->brightness() + 1); }
+
+private:
+    Ptr<Lamp> const lamp_;
+};
+
+TEST_F(NotifieeConst, IsNotCalledWhileItIsBeingDestroyed) {
+    class Owner final : public Lamp::NotifieeConst {
+    public:
+        explicit Owner(Ptr<Fuse> fuse, int & calls) : calls_(calls), fuse_(std::move(fuse)) {}
+        void onBrightness() override { ++calls_; }
+
+    private:
+        int & calls_;
+        Ptr<Fuse> fuse_;  // Goes while the reactor's class is still Owner, but its members are going.
+    };
+    int calls = 0;
+    Ptr<Owner> owner = new Owner(new Fuse(lamp_), calls);
+    owner->notifierIs(lamp_);
+    owner->isRegisteredNotifieeIs(true);
+    owner->hasNotificationActiveIs(true);
+    lamp_->brightnessIs(1);
+    EXPECT_EQ(calls, 1);
+    owner = nullptr;
+    EXPECT_EQ(lamp_->brightness(), 2U);
+    EXPECT_EQ(calls, 1);
+}
+
+TEST_F(NotifieeConst, IsNotCalledWhileItWaitsForItsDestruction) {
+    // The last of a chain that is long enough for objects to wait lets a reactor go and then writes.
+    class Chained final : public Vel::PtrInterface {
+    public:
+        ~Chained() override {
+            if (atLast) atLast();
+        }
+        Ptr<Chained> next;
+        std::function<void()> atLast;
+    };
+    Ptr<Watch> watch = following(lamp_, calls_);
+    Ptr<Chained> first = new Chained;
+    Chained * last = first.get();
+    last->atLast = [&] {
+        watch = nullptr;
+        lamp_->brightnessIs(1);
+    };
+    for (int i = 0; i < 15; ++i) {
+        Ptr<Chained> link = new Chained;
+        link->next = std::move(first);
+        first = std::move(link);
+    }
+    first = nullptr;
+    EXPECT_EQ(lamp_->brightness(), 1U);
+    EXPECT_EQ(calls_, Calls{"w zero"});
 }
 
 TEST_F(NotifieeConst, LeavesTheFrameworksHooksAtTheirDefaults) {

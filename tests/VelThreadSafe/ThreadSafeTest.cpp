@@ -72,7 +72,8 @@ TEST(ThreadSafePtr, KeepsFlagsAndCountApart) {
     for (int last = 0; last < 2; ++last) {
         Ptr<Shared> const shared = new Shared;
         together([&](int thread) {
-            for (int i = 0; i <= kRounds + last; ++i) {
+            // Long enough for threads that share a processor to interrupt each other.
+            for (int i = 0; i <= 10 * kRounds + last; ++i) {
                 bool const on = i % 2 == 0;
                 Ptr<Shared> const copy = shared;
                 if (thread == 0) {
