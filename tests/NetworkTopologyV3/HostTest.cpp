@@ -205,39 +205,49 @@ TYPED_TEST(HostMember, ThatTookAnotherOnesPlaceIsNotTouchedByIt) {
     EXPECT_EQ(old->portKey(), current->portKey());
 }
 
-// Destruction that waits for an outer one has begun as far as anybody can see.
-TYPED_TEST(HostMember, HasNoHostFromTheMomentTheLastReferenceToItGoes) {
-    class Nested final : public Vel::PtrInterface {
-    public:
-        explicit Nested(Vel::Ptr<Vel::PtrInterface> inner) : inner_(std::move(inner)) {}
+class Nested final : public Vel::PtrInterface {
+public:
+    explicit Nested(Vel::Ptr<Vel::PtrInterface> inner) : inner_(std::move(inner)) {}
 
-    private:
-        Vel::Ptr<Vel::PtrInterface> inner_;
-    };
-    class Last final : public Vel::PtrInterface {
-    public:
-        Last(Vel::Ptr<Host> host, std::function<void()> look)
-            : host_(std::move(host)), look_(std::move(look)) {}
-        ~Last() override {
-            host_ = nullptr;
-            look_();
-        }
+private:
+    Vel::Ptr<Vel::PtrInterface> inner_;
+};
 
-    private:
-        Vel::Ptr<Host> host_;
-        std::function<void()> look_;
-    };
-    Vel::Ptr<PortBase> const member = this->add(*this->host, "x");
-    bool looked = false;
-    Vel::Ptr<Vel::PtrInterface> outermost = new Last(std::move(this->host), [&] {
+// Lets a host go while it is destroyed itself, and then looks.
+class Last final : public Vel::PtrInterface {
+public:
+    Last(Vel::Ptr<Host> host, std::function<void()> look) : host_(std::move(host)), look_(std::move(look)) {}
+    ~Last() override {
+        host_ = nullptr;
+        look_();
+    }
+
+private:
+    Vel::Ptr<Host> host_;
+    std::function<void()> look_;
+};
+
+// Deep in a destruction, that of the host waits for the outer ones.
+TYPED_TEST(HostMember, HasNoHostFromTheMomentWhenTheLastReferenceToItGoes) {
+    auto const hosts = Host::velAllocTrackTypeInfo_->live();
+    int waited = 0;
+    for (int depth = 0; depth < 40; ++depth) {
+        Vel::Ptr<Host> host = Status::StatusIs()->hostIs("leaf-2");
+        Vel::Ptr<PortBase> const member = this->add(*host, "x");
+        bool looked = false;
+        Vel::Ptr<Vel::PtrInterface> outermost = new Last(std::move(host), [&] {
+            EXPECT_EQ(member->host(), nullptr);
+            EXPECT_EQ(member->portKey().host(), "leaf-2");
+            if (Host::velAllocTrackTypeInfo_->live() != hosts) ++waited;
+            looked = true;
+        });
+        for (int i = 0; i < depth; ++i) outermost = new Nested(outermost);
+        outermost = nullptr;
+        EXPECT_TRUE(looked);
         EXPECT_EQ(member->host(), nullptr);
-        EXPECT_EQ(member->portKey().host(), "leaf-1");
-        looked = true;
-    });
-    for (int i = 0; i < 40; ++i) outermost = new Nested(outermost);
-    outermost = nullptr;
-    EXPECT_TRUE(looked);
-    EXPECT_EQ(member->host(), nullptr);
+        EXPECT_EQ(Host::velAllocTrackTypeInfo_->live(), hosts);
+    }
+    EXPECT_GT(waited, 0);
 }
 
 }  // namespace
