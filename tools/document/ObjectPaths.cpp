@@ -12,7 +12,7 @@ Vel::PtrInterface const * identityOf(Vel::GenericIf const & object) {
 
 }  // namespace
 
-ObjectPaths::ObjectPaths(Vel::GenericIf const & root, DocumentShape const & shape) {
+ObjectPaths::ObjectPaths(Vel::GenericIf const & root, DocumentShape const & shape) : root_(identityOf(root)) {
     enter(root, shape.root());
 }
 
@@ -34,6 +34,7 @@ void ObjectPaths::enter(Vel::GenericIf const & object, ObjectShape const & shape
 
 std::optional<std::string> ObjectPaths::path(Vel::GenericIf const & object) const {
     if (object.isNull()) return std::nullopt;
+    if (identityOf(object) == root_) return std::string();
     auto const found = places_.find(identityOf(object));
     if (found == places_.end()) return std::nullopt;
     std::string pointer;

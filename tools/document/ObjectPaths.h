@@ -39,6 +39,7 @@ private:
     void enter(Vel::GenericIf const & object, ObjectShape const & shape);
     void append(std::string & pointer, Place const & place) const;
 
+    Identity root_;
     std::unordered_map<Identity, Place> places_;
 };
 

@@ -52,10 +52,10 @@ inline std::map<std::string, std::uint64_t> liveObjects() {
     return live;
 }
 
-// Every test ends with as many objects as it began with.
+// Every test ends, its fixture's members gone, with as many objects as it began with.
 class DocumentTest : public testing::Test {
 protected:
-    void TearDown() override { EXPECT_EQ(liveObjects(), before_); }
+    ~DocumentTest() override { EXPECT_EQ(liveObjects(), before_); }
 
 private:
     std::map<std::string, std::uint64_t> const before_ = liveObjects();
