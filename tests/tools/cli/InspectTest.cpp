@@ -1,0 +1,137 @@
+#include <algorithm>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "platform/NetworkTopology/StatusV2.h"
+#include "platform/NetworkTopologyV3/Status.h"
+#include "platform/Vel/VelType.h"
+#include "tests/tools/cli/RunProgram.h"
+
+namespace TopologyTools {
+namespace {
+
+using namespace Testing;
+using nlohmann::json;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+json inspected(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), {"inspect", "--format", "json"});
+    ProgramRun const run = runProgram(arguments);
+    EXPECT_EQ(run.status, 0) << run.messages;
+    EXPECT_THAT(run.messages, IsEmpty());
+    return json::parse(run.output);
+}
+
+json const & named(json const & list, std::string const & name) {
+    for (json const & one : list) {
+        if (one.at("name") == name) return one;
+    }
+    throw std::runtime_error("no " + name);
+}
+
+TEST(Inspect, PrintsEveryTypeOfTheModels) {
+    std::set<std::string> names;
+    for (json const & type : inspected({})) names.insert(type.at("name").get<std::string>());
+    for (char const * name :
+         {"NetworkTopology::StatusV2", "NetworkTopology::HostV2", "NetworkTopology::PortV2",
+          "NetworkTopology::PortGroupV2", "NetworkTopology::MlagV2", "NetworkTopology::DirectedEdgeV2",
+          "NetworkTopologyV3::Status", "NetworkTopologyV3::Host", "NetworkTopologyV3::Port",
+          "NetworkTopologyV3::PortGroup", "NetworkTopologyV3::MlagPort", "NetworkTopologyV3::DirectedEdge",
+          "Vel::Name", "bool", "void"}) {
+        EXPECT_TRUE(names.contains(name)) << name;
+    }
+}
+
+// What is printed is what the record of this very type says.
+TEST(Inspect, TellsAllThatARecordHolds) {
+    Vel::VelType const & record = NetworkTopology::HostV2::_velType;
+    json const type = inspected({"NetworkTopology::HostV2"}).at(0);
+    EXPECT_EQ(type.at("kind"), "object");
+    ASSERT_EQ(type.at("attributes").size(), record.attributes().size());
+    for (Vel::VelAttr const & attribute : record.attributes()) {
+        json const & printed = named(type.at("attributes"), std::string(attribute.name()));
+        EXPECT_EQ(printed.at("index"), attribute.index());
+        EXPECT_EQ(printed.at("type"), attribute.type()->name());
+        EXPECT_EQ(printed.contains("key"), attribute.keyType() != nullptr);
+        if (attribute.keyType()) {
+            EXPECT_EQ(printed.at("key").at("type"), attribute.keyType()->name());
+            EXPECT_EQ(printed.at("key").at("name"), attribute.keyName());
+        }
+        EXPECT_EQ(printed.value("arguments", json::array()).size(), attribute.args().size());
+        for (std::size_t i = 0; i < attribute.args().size(); ++i) {
+            EXPECT_EQ(printed.at("arguments").at(i).at("name"), attribute.args()[i].name);
+            EXPECT_EQ(printed.at("arguments").at(i).at("type"), attribute.args()[i].type->name());
+        }
+        EXPECT_EQ(printed.at("operations").size(),
+                  static_cast<std::size_t>(__builtin_popcount(attribute.operations())));
+    }
+    json const & constructor = type.at("constructorArguments");
+    ASSERT_EQ(constructor.size(), record.ctorArgs().size());
+    EXPECT_EQ(constructor.at(0).at("name"), "name");
+    EXPECT_EQ(constructor.at(0).at("type"), "Vel::Name");
+
+    json const & hostname = named(type.at("attributes"), "hostname");
+    EXPECT_EQ(hostname.at("kind"), "value");
+    EXPECT_EQ(hostname.at("operations"), (json{"read", "set"}));
+    EXPECT_EQ(named(type.at("attributes"), "port").at("kind"), "collection");
+    EXPECT_EQ(named(type.at("attributes"), "logicalPort").at("kind"), "map");
+    EXPECT_EQ(named(type.at("attributes"), "mlagPeerLink").at("kind"), "reference");
+}
+
+TEST(Inspect, TellsWhatIsOnlyInSomeTypes) {
+    json const types = inspected({});
+    EXPECT_EQ(named(types, "NetworkTopologyV3::Port").at("base"), "NetworkTopologyV3::PortBase");
+    EXPECT_FALSE(named(types, "NetworkTopologyV3::Port").contains("constructorArguments"));
+    json const type = inspected({"PortTypeV2"}).at(0);
+    EXPECT_EQ(type.at("kind"), "enumeration");
+    EXPECT_EQ(type.at("enumerators").at(2), (json{{"name", "portGroup"}, {"value", 2}}));
+}
+
+TEST(Inspect, FindsATypeWithoutItsNamespace) {
+    EXPECT_EQ(inspected({"HostV2"}), inspected({"NetworkTopology::HostV2"}));
+    EXPECT_EQ(inspected({"Host"}).at(0).at("name"), "NetworkTopologyV3::Host");
+    for (char const * unknown : {"ost", "hostv2", "Topology::HostV2", "::HostV2"}) {
+        ProgramRun const run = runProgram({"inspect", unknown});
+        EXPECT_EQ(run.status, 2) << unknown;
+        EXPECT_THAT(run.output, IsEmpty());
+        EXPECT_EQ(run.messages, "topology-sync: no type \"" + std::string(unknown) +
+                                    "\"; without TYPE, inspect prints all that there are\n");
+    }
+}
+
+TEST(Inspect, PrintsTablesByDefault) {
+    ProgramRun const run = runProgram({"inspect", "PortTypeV2"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.output, "NetworkTopology::PortTypeV2  enumeration\n"
+                          "  VALUE  ENUMERATOR\n"
+                          "      0  unknown\n"
+                          "      1  port\n"
+                          "      2  portGroup\n"
+                          "      3  mlag\n");
+    std::string const host = runProgram({"inspect", "HostV2"}).output;
+    EXPECT_THAT(host, HasSubstr("\n  constructed from (name: Vel::Name)\n"));
+    EXPECT_THAT(host, ::testing::ContainsRegex("  INDEX  NAME +KIND +TYPE +KEY +ARGUMENTS +OPERATIONS\n"));
+    EXPECT_THAT(host, ::testing::ContainsRegex(" hostname +value +Vel::String +read, set\n"));
+    EXPECT_EQ(runProgram({"inspect", "--format", "text"}).output, runProgram({"inspect"}).output);
+}
+
+TEST(Schema, IsAJsonSchemaOfTheModelThatWasAskedFor) {
+    for (std::string const model : {"v2", "v3"}) {
+        ProgramRun const run = runProgram({"schema", model});
+        EXPECT_EQ(run.status, 0);
+        EXPECT_THAT(run.messages, IsEmpty());
+        json const schema = json::parse(run.output);
+        EXPECT_EQ(schema.at("$schema"), "https://json-schema.org/draft/2020-12/schema");
+        bool const isV2 = model == "v2";
+        EXPECT_EQ(schema.dump().find("hostnameAddedByOwner") != std::string::npos, isV2);
+    }
+}
+
+}  // namespace
+}  // namespace TopologyTools

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <algorithm>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+namespace TopologyTools {
+
+// Exit status of the program.
+enum ExitStatus { kDone = 0, kDoesNotHold = 1, kBadInput = 2 };
+
+// One subcommand: its declaration in the command line, and what it does once that has been parsed. `run`
+// returns an exit status, or throws.
+struct Subcommand {
+    CLI::App * declaration;
+    std::function<int()> run;
+};
+
+// Adds an option or a positional argument that takes one of a few words; its help and its messages list them.
+template <class Value>
+CLI::Option * addChoice(CLI::App & command, std::string const & name, Value & value,
+                        std::vector<std::string> const & words, std::string const & help) {
+    std::string list;
+    for (std::string const & word : words) list += (list.empty() ? "" : "|") + word;
+    auto const isOneOfThem = [words, list](std::string const & word) {
+        bool const found = std::find(words.begin(), words.end(), word) != words.end();
+        return found ? std::string() : "expected " + list + ", found " + word;
+    };
+    return command.add_option(name, value, help)->type_name(list)->check(isOneOfThem, "");
+}
+
+// Each declares its subcommand below `program`.
+Subcommand translateCommand(CLI::App & program);
+Subcommand inspectCommand(CLI::App & program);
+Subcommand schemaCommand(CLI::App & program);
+
+}  // namespace TopologyTools

@@ -1,0 +1,3 @@
+#include "tools/cli/CommandLine.h"
+
+int main(int argc, char ** argv) { return TopologyTools::commandLine(argc, argv); }
