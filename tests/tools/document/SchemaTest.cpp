@@ -80,7 +80,7 @@ private:
     mutable std::map<std::string, std::regex> patterns_;
 };
 
-TEST(Schema, SaysWhatTheRootHolds) {
+TEST(DocumentSchema, SaysWhatTheRootHolds) {
     Json const schema = schemaFor(v2);
     EXPECT_EQ(schema.at("$schema"), "https://json-schema.org/draft/2020-12/schema");
     Json root = schema;
@@ -117,7 +117,7 @@ TEST(Schema, SaysWhatTheRootHolds) {
 })");
 }
 
-TEST(Schema, DefinesTheObjectsOfEveryCollection) {
+TEST(DocumentSchema, DefinesTheObjectsOfEveryCollection) {
     auto const names = [](std::string_view rootType) {
         std::string all;
         Json const schema = schemaFor(rootType);
@@ -136,7 +136,7 @@ TEST(Schema, DefinesTheObjectsOfEveryCollection) {
               R"({"type":"string","pattern":"^/host/([^/~]|~[01])*/(port|portGroup|mlag)/([^/~]|~[01])*$"})");
 }
 
-TEST(Schema, HoldsForEveryDocumentThatIsWritten) {
+TEST(DocumentSchema, HoldsForEveryDocumentThatIsWritten) {
     for (auto const type : {v2, v3}) {
         Validator const validator(schemaFor(type));
         for (unsigned seed = 0; seed < 20; ++seed) {
@@ -148,7 +148,7 @@ TEST(Schema, HoldsForEveryDocumentThatIsWritten) {
     }
 }
 
-TEST(Schema, RefusesWhatTheReaderRefuses) {
+TEST(DocumentSchema, RefusesWhatTheReaderRefuses) {
     Validator const validator(schemaFor(v2));
     constexpr std::string_view good =
         R"({"host":{"a":{"mlagSystemId":"0A:00:00:00:00:01","port":{"p":{"type":"port"}},"mlag":{"m":)"
