@@ -112,8 +112,8 @@ NetworkTopologyV3::Host::Ptr V2Sm::VelHost::createV3Host() {
 void V2Sm::VelHost::cleanup() {
     traced("void NetworkTopologyAggregator::V2Sm::VelHost::cleanup()", "cleanup");
     auto const status = owner_ ? owner_->v3() : nullptr;
-    // Without a host there is no name: the version-3 host that happens to be called "" is somebody else's. And a
-    // reactor that never had a version-3 host takes none away.
+    // Without a host there is no name: the version-3 host that happens to be called "" is somebody else's.
+    // And a reactor that never had a version-3 host takes none away.
     if (status && notifier() && v3Host_) status->hostDel(name());
 }
 

@@ -191,8 +191,8 @@ protected:
 
     // The translator; null once anyone on the way to it has let go.
     V2Sm * sm() const noexcept { return owner_ ? owner_->owner() : nullptr; }
-    // The version-3 host of the host reactor's name; null where there is none, or no translator. A host reactor
-    // without a host has no name: the version-3 host that happens to be called "" is somebody else's.
+    // The version-3 host of the host reactor's name; null where there is none, or no translator. A host
+    // reactor without a host has no name: the version-3 host that happens to be called "" is somebody else's.
     NetworkTopologyV3::Host::Ptr hostV3() const noexcept {
         auto const status = sm() && owner_->notifier() ? sm()->v3() : nullptr;
         return status ? status->host(owner_->name()) : nullptr;

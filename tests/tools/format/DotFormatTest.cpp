@@ -93,7 +93,6 @@ TEST(DotFormat, MarksPeerLinksOneWayLinksAndFalseFlags) {
     pugi::xml_document const svg = drawn(dot(status));
     auto const edges = edgesByTooltip(svg);
     ASSERT_EQ(edges.size(), 8u);
-    for (auto & e : edges) std::cerr << e.first << std::endl;
 
     pugi::xml_node const plain = edges.at("eth-1 of spine <-> eth-11 of leaf-1");
     EXPECT_EQ(arrows(plain), 0u);
