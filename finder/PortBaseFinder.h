@@ -39,6 +39,7 @@ public:
     NetworkTopologyV3::PortBase::Ptr const & result() const noexcept { return result_; }
 
     // The counterpart of `portBase` in the version-3 host; null when there is none, or no port base.
+    // REQUIRES: this finder is held by a counted reference, because the visit makes one of its own.
     NetworkTopologyV3::PortBase::Ptr find(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portBase);
 
 private:
