@@ -73,53 +73,52 @@ void V2Sm::velDoZombieReactors(bool zombie) {
 
 // The statuses
 
-void V2Sm::v2Is(Vel::Ptr<NetworkTopology::StatusV2 const> v2) {
-    Vel::KeepAlive const keepRoot(*this);
-    Vel::Ptr<VelV2> const current = velV2_;
-    if (current && current->notifier() == v2.get()) return;
-    if (!v2) {
-        v2Del();
+namespace {
+
+template <class Reactor>
+Vel::Ptr<Reactor> letGo(Vel::Ptr<Reactor> & field) {
+    Vel::Ptr<Reactor> const reactor = std::exchange(field, nullptr);
+    if (reactor) retire(*reactor);
+    return reactor;
+}
+
+// Points the reactor of `root` that is kept in `field` at `status`, or makes it. Both may write the output,
+// and a follower of it may bind another status, or none, meanwhile.
+template <class Reactor, class Status>
+void statusIs(V2Sm & root, Vel::Ptr<Reactor> & field, Vel::Ptr<Status> const & status) {
+    Vel::KeepAlive const keepRoot(root);
+    Vel::Ptr<Reactor> const current = field;
+    if (current && current->notifier() == status.get()) return;
+    if (!status) {
+        letGo(field);
     } else if (current) {
-        current->notifierIs(v2);
-        current->velDoZombieReactors(velMarkedForDeletion());
+        current->notifierIs(status);
+        if (field == current) current->velDoZombieReactors(root.velMarkedForDeletion());
     } else {
-        // Hosts and edges that `v2` already holds get no reactors here; their next notifications make them.
-        Vel::Ptr<VelV2> const made = new VelV2(v2, this);
-        velV2_ = made;
-        made->hasNotificationActiveIs(hasNotificationActive());
-        made->velDoZombieReactors(velMarkedForDeletion());
+        // Hosts and edges that an input holds already get no reactors here; their next notifications make
+        // them.
+        Vel::Ptr<Reactor> const made = new Reactor(status, &root);
+        letGo(field);
+        field = made;
+        made->hasNotificationActiveIs(root.hasNotificationActive());
+        made->velDoZombieReactors(root.velMarkedForDeletion());
     }
 }
 
-void V2Sm::v3Is(Vel::Ptr<NetworkTopologyV3::Status> v3) {
-    Vel::KeepAlive const keepRoot(*this);
-    Vel::Ptr<VelV3> const current = velV3_;
-    if (current && current->notifier() == v3.get()) return;
-    if (!v3) {
-        v3Del();
-    } else if (current) {
-        current->notifierIs(v3);
-        current->velDoZombieReactors(velMarkedForDeletion());
-    } else {
-        Vel::Ptr<VelV3> const made = new VelV3(v3, this);
-        velV3_ = made;
-        made->hasNotificationActiveIs(hasNotificationActive());
-        made->velDoZombieReactors(velMarkedForDeletion());
-    }
-}
+}  // namespace
+
+void V2Sm::v2Is(Vel::Ptr<NetworkTopology::StatusV2 const> v2) { statusIs(*this, velV2_, v2); }
+
+void V2Sm::v3Is(Vel::Ptr<NetworkTopologyV3::Status> v3) { statusIs(*this, velV3_, v3); }
 
 Vel::Ptr<NetworkTopology::StatusV2 const> V2Sm::v2Del() {
-    Vel::Ptr<VelV2> const reactor = std::exchange(velV2_, nullptr);
-    if (!reactor) return nullptr;
-    retire(*reactor);
-    return reactor->notifier();
+    auto const reactor = letGo(velV2_);
+    return reactor ? reactor->notifier() : nullptr;
 }
 
 Vel::Ptr<NetworkTopologyV3::Status> V2Sm::v3Del() {
-    Vel::Ptr<VelV3> const reactor = std::exchange(velV3_, nullptr);
-    if (!reactor) return nullptr;
-    retire(*reactor);
-    return reactor->notifier();
+    auto const reactor = letGo(velV3_);
+    return reactor ? reactor->notifier() : nullptr;
 }
 
 // The host registry

@@ -22,8 +22,10 @@ void V2Sm::VelEdge::hasNotificationActiveIs(bool active) {
 
 void V2Sm::VelEdge::velDoZombieReactors(bool zombie) {
     if (zombie == velMarkedForDeletion()) return;
+    Vel::KeepAlive const keepThis(*this);
     if (notifier()) hasNotificationActiveIs(!zombie);
-    if (sm_) sm_->vel_handleEdge(this);
+    // A reactor that no counted reference holds has none to hand out.
+    if (sm_) isCounted() ? sm_->vel_handleEdge(this) : cleanup();
     velMarkedForDeletionIs(zombie);
 }
 
@@ -51,12 +53,13 @@ void V2Sm::VelEdge::onToPortvelImmediate() {}
 
 void V2Sm::VelEdge::handleToPort(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & toPort) {
     traced("void NetworkTopologyAggregator::V2Sm::VelEdge::handleToPort(const PtrConst&)", "handleToPort");
+    Vel::KeepAlive const keepThis(*this);
     if (!v3Edge_) {
         v3Edge_ = createV3Edge();
         Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const edge = notifier();
         if (v3Edge_ && edge) {
             for (auto const & destination : edge->toPort()) {
-                if (notifier() != edge.get()) return;
+                if (notifier() != edge.get()) break;
                 writeToPort(destination.key());
             }
         }

@@ -53,8 +53,10 @@ void V2Sm::VelHost::hasNotificationActiveIs(bool active) {
 
 void V2Sm::VelHost::velDoZombieReactors(bool zombie) {
     if (zombie == velMarkedForDeletion()) return;
+    Vel::KeepAlive const keepThis(*this);
     if (notifier()) hasNotificationActiveIs(!zombie);
-    V2Sm::vel_handleHost(this);
+    // A reactor that no counted reference holds has none to hand out.
+    isCounted() ? V2Sm::vel_handleHost(this) : cleanup();
     for (auto reactor = port_.iterator(); reactor; ++reactor) (*reactor)->velDoZombieReactors(zombie);
     for (auto reactor = portGroup_.iterator(); reactor; ++reactor) (*reactor)->velDoZombieReactors(zombie);
     for (auto reactor = mlag_.iterator(); reactor; ++reactor) (*reactor)->velDoZombieReactors(zombie);
@@ -64,6 +66,7 @@ void V2Sm::VelHost::velDoZombieReactors(bool zombie) {
 void V2Sm::VelHost::notifierIs(Vel::Ptr<Vel::PtrInterface const> const & notifier) {
     auto const host = Vel::dynamicPtrCast<NetworkTopology::HostV2 const>(notifier);
     if (host == this->notifier()) return;
+    Vel::KeepAlive const keepThis(*this);
     NetworkTopology::HostV2::NotifieeConst::notifierIs(host);
     // Each phase tests the notifier again: a follower of what was written may have unbound us meanwhile.
     if (host) copyAttributes();
@@ -190,11 +193,20 @@ Vel::Ptr<V2Sm::VelHost::VelMlag> V2Sm::VelHost::mlagIs(Vel::Ptr<NetworkTopology:
                     "allowed\"");
 }
 
-void V2Sm::VelHost::portDel(Vel::Name name) { reactorDel(port_, name); }
+void V2Sm::VelHost::portDel(Vel::Name name) {
+    Vel::KeepAlive const keepThis(*this);
+    reactorDel(port_, name);
+}
 
-void V2Sm::VelHost::portGroupDel(Vel::Name name) { reactorDel(portGroup_, name); }
+void V2Sm::VelHost::portGroupDel(Vel::Name name) {
+    Vel::KeepAlive const keepThis(*this);
+    reactorDel(portGroup_, name);
+}
 
-void V2Sm::VelHost::mlagDel(Vel::Name name) { reactorDel(mlag_, name); }
+void V2Sm::VelHost::mlagDel(Vel::Name name) {
+    Vel::KeepAlive const keepThis(*this);
+    reactorDel(mlag_, name);
+}
 
 void V2Sm::VelHost::portDel(PortIterator const & at) {
     if (at) portDel((*at)->collectionKey());
@@ -230,30 +242,24 @@ void V2Sm::VelHost::mlagDelAll() {
 }
 
 void V2Sm::VelHost::onPort(Vel::Name name) {
-    if (!notifier()) return;
-    if (auto const port = notifier()->port(name)) {
-        portIs(port);
-    } else {
-        portDel(std::move(name));
-    }
+    Vel::KeepAlive const keepThis(*this);
+    reconcileKey([&] { return notifier(); }, [&] { return notifier()->port(name); },
+                 [&](Vel::Ptr<NetworkTopology::PortV2 const> const & port) { portIs(port); },
+                 [&] { portDel(name); });
 }
 
 void V2Sm::VelHost::onPortGroup(Vel::Name name) {
-    if (!notifier()) return;
-    if (auto const portGroup = notifier()->portGroup(name)) {
-        portGroupIs(portGroup);
-    } else {
-        portGroupDel(std::move(name));
-    }
+    Vel::KeepAlive const keepThis(*this);
+    reconcileKey([&] { return notifier(); }, [&] { return notifier()->portGroup(name); },
+                 [&](Vel::Ptr<NetworkTopology::PortGroupV2 const> const & group) { portGroupIs(group); },
+                 [&] { portGroupDel(name); });
 }
 
 void V2Sm::VelHost::onMlag(Vel::Name name) {
-    if (!notifier()) return;
-    if (auto const mlag = notifier()->mlag(name)) {
-        mlagIs(mlag);
-    } else {
-        mlagDel(std::move(name));
-    }
+    Vel::KeepAlive const keepThis(*this);
+    reconcileKey([&] { return notifier(); }, [&] { return notifier()->mlag(name); },
+                 [&](Vel::Ptr<NetworkTopology::MlagV2 const> const & mlag) { mlagIs(mlag); },
+                 [&] { mlagDel(name); });
 }
 
 void V2Sm::VelHost::reconcilePorts() {

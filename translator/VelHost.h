@@ -155,6 +155,7 @@ public:
     void notifierIs(Vel::Ptr<Vel::PtrInterface const> const & notifier) override {
         auto const input = Vel::dynamicPtrCast<Input const>(notifier);
         if (input == this->notifier()) return;
+        Vel::KeepAlive const keepThis(*this);
         Input::NotifieeConst::notifierIs(input);
         onType();
         reactor().writeLink();
@@ -169,8 +170,10 @@ public:
     }
     virtual void velDoZombieReactors(bool zombie) {
         if (zombie == this->velMarkedForDeletion()) return;
+        Vel::KeepAlive const keepThis(*this);
         if (this->notifier()) this->hasNotificationActiveIs(!zombie);
-        if (owner_) reactor().handleRetirement();
+        // A reactor that no counted reference holds has none to hand out.
+        if (owner_) this->isCounted() ? reactor().handleRetirement() : reactor().cleanup();
         this->velMarkedForDeletionIs(zombie);
     }
 

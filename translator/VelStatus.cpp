@@ -22,6 +22,7 @@ V2Sm::VelV2::~VelV2() {
 void V2Sm::VelV2::notifierIs(Vel::Ptr<Vel::PtrInterface const> const & notifier) {
     auto const status = Vel::dynamicPtrCast<NetworkTopology::StatusV2 const>(notifier);
     if (status == this->notifier()) return;
+    Vel::KeepAlive const keepThis(*this);
     NetworkTopology::StatusV2::NotifieeConst::notifierIs(status);
     if (status) {
         onHostvelImmediate();
@@ -32,17 +33,16 @@ void V2Sm::VelV2::notifierIs(Vel::Ptr<Vel::PtrInterface const> const & notifier)
 }
 
 void V2Sm::VelV2::onHost(Vel::Name name) {
-    if (!notifier() || !owner_) return;
-    if (auto const host = notifier()->host(name)) {
-        owner_->hostIs(host);
-    } else {
-        owner_->hostDel(std::move(name));
-    }
+    Vel::KeepAlive const keepThis(*this);
+    reconcileKey([&] { return owner_ && notifier(); }, [&] { return notifier()->host(name); },
+                 [&](Vel::Ptr<NetworkTopology::HostV2 const> const & host) { owner_->hostIs(host); },
+                 [&] { owner_->hostDel(name); });
 }
 
 void V2Sm::VelV2::onHostvelImmediate() {
     Vel::Ptr<NetworkTopology::StatusV2 const> const status = notifier();
     if (!status || !owner_) return;
+    Vel::KeepAlive const keepThis(*this);
     Vel::KeepAlive const keepRoot(*owner_);
     reconcile(
         status->host(), owner_->host_, [&] { return owner_ && notifier() == status.get(); },
@@ -58,17 +58,16 @@ void V2Sm::VelV2::onLocalhost() {
 }
 
 void V2Sm::VelV2::onEdge(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & fromPort) {
-    if (!notifier() || !owner_) return;
-    if (auto const edge = notifier()->edge(fromPort)) {
-        owner_->edgeIs(edge);
-    } else {
-        owner_->edgeDel(fromPort);
-    }
+    Vel::KeepAlive const keepThis(*this);
+    reconcileKey([&] { return owner_ && notifier(); }, [&] { return notifier()->edge(fromPort); },
+                 [&](Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const & edge) { owner_->edgeIs(edge); },
+                 [&] { owner_->edgeDel(fromPort); });
 }
 
 void V2Sm::VelV2::onEdgevelImmediate() {
     Vel::Ptr<NetworkTopology::StatusV2 const> const status = notifier();
     if (!status || !owner_) return;
+    Vel::KeepAlive const keepThis(*this);
     Vel::KeepAlive const keepRoot(*owner_);
     reconcile(
         status->edge(), owner_->edge_, [&] { return owner_ && notifier() == status.get(); },

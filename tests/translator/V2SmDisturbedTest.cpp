@@ -663,7 +663,8 @@ TEST(NestedChanges, ThatRemoveTheHostBeingMirroredLeaveNeither) {
         if (change == "/ onHost('a')") scene.models.v2->hostDel("a");
     });
     scene.models.v2->hostIs("a");
-    EXPECT_EQ(scene.models.v2->host("a"), nullptr);
+    EXPECT_EQ(scene.sm->host("a"), nullptr);
+    EXPECT_EQ(scene.models.v3->host("a"), nullptr);
     scene.models.v2->hostIs("b");
     EXPECT_EQ(scene.sm->host("b")->notifier(), scene.models.v2->host("b").get());
 }

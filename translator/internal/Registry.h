@@ -13,17 +13,25 @@
 namespace NetworkTopologyAggregator {
 
 // Lets go of a reactor that has left its registry: its version-3 object is deleted, and it gets nothing more.
+// That holds as well when the deletion throws: nobody would come back to clear the owner of a reactor that is
+// in no registry, and its destructor must not try, and throw, again.
 template <class Reactor>
 void retire(Reactor & reactor) {
+    struct Departure {
+        ~Departure() {
+            reactor.ownerIs(nullptr);
+            reactor.hasNotificationActiveIs(false);
+        }
+        Reactor & reactor;
+    } const departure{reactor};
     reactor.velDoZombieReactors(true);
-    reactor.ownerIs(nullptr);
-    reactor.hasNotificationActiveIs(false);
 }
 
 // Makes a reactor on `input` and enters it under its key.
 template <class Reactor, class Key, class Owner, class Input>
 Vel::Ptr<Reactor> newReactor(Vel::HashMap<Reactor, Key, Owner> & registry,
                              Vel::Ptr<Input const> const & input, Owner * owner) {
+    Vel::KeepAlive const keepOwner(*owner);
     Vel::Ptr<Reactor> const reactor = new Reactor(input, owner);
     reactor->hasNotificationActiveIs(true);
     if (Reactor * const present = registry[reactor->collectionKey()]) {
@@ -63,6 +71,20 @@ Vel::Ptr<Reactor> reactorDel(Vel::HashMap<Reactor, Key, Owner> & registry, Key c
     Vel::Ptr<Reactor> const reactor = registry.deleteMember(key);
     if (reactor) retire(*reactor);
     return reactor;
+}
+
+// Brings a registry into line with its input collection under one key: `add(member)` for the member that
+// `find()` gives, `del()` where it gives none. A follower of what `add` writes may take the member out of the
+// input again before there is a reactor that could be let go, so it is looked up once more. `goOn()` is asked
+// before each lookup, as below.
+template <class GoOn, class Find, class Add, class Del>
+void reconcileKey(GoOn const & goOn, Find const & find, Add const & add, Del const & del) {
+    if (!goOn()) return;
+    if (auto const member = find()) {
+        add(member);
+        if (!goOn() || find()) return;
+    }
+    del();
 }
 
 // Brings a registry into line with its input collection in two passes: `add(member)` for every member of the
