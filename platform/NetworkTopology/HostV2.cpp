@@ -23,9 +23,9 @@ constexpr auto onLogicalPort = [](HostV2::NotifieeConst & r, auto const &... key
 HostV2::HostV2(Vel::Name name) noexcept : name_(std::move(name)) {}
 
 HostV2::~HostV2() {
-    Mutation::disown(port_);
-    Mutation::disown(portGroup_);
-    Mutation::disown(mlag_);
+    Mutation::letGoAll(port_);
+    Mutation::letGoAll(portGroup_);
+    Mutation::letGoAll(mlag_);
 }
 
 template <class... Callbacks>

@@ -18,8 +18,8 @@ constexpr auto onEdge = [](StatusV2::NotifieeConst & r, auto const &... key) { r
 StatusV2::StatusV2() noexcept = default;
 
 StatusV2::~StatusV2() {
-    Mutation::disown(host_);
-    Mutation::disown(edge_);
+    Mutation::letGoAll(host_);
+    Mutation::letGoAll(edge_);
 }
 
 template <class... Callbacks>

@@ -1,0 +1,144 @@
+// How the collections of a model change, written once for all models: the model first, then its members, then
+// its reactors. For the sources of models only.
+//
+// Usage
+//     struct Mutation : Vel::CollectionMutation<Mutation, false> {       // a friend of the model's classes
+//         template <class Model, class... Callbacks>
+//         static void notify(Model const & model, Callbacks const &... callbacks);   // delivers one change
+//         template <class Model, class Member>
+//         static void enters(Model & model, Member & member) noexcept;   // about to stand in a collection
+//         template <class Model, class Member>
+//         static void letGo(Member & member) noexcept;    // taken out, and nobody else has heard of it yet
+//     };
+//     Mutation::memberIs(*this, port_, name, [&] { return new Port(name); }, onPort);
+//
+// `on` is the callback of a collection: `on(reactor, key)` calls the keyed one, `on(reactor)` the unkeyed
+// one. After a delivery nothing of the model is touched: a callback may have released it.
+//
+// Keys
+//     The key of a change must outlive its delivery, and the entry in which a key lives may go away with the
+//     change. With `kCopiesKeys` each mutator takes a copy; without, REQUIRES: keys are the caller's own.
+#pragma once
+
+#include <exception>
+#include <type_traits>
+#include <vector>
+
+#include "platform/Vel/HashMap.h"
+#include "platform/Vel/HashMap2018.h"
+#include "platform/Vel/Ptr.h"
+#include "platform/Vel/PtrInterface.h"
+
+namespace Vel {
+
+template <class Access, bool kCopiesKeys>
+struct CollectionMutation {
+    template <class Key>
+    using KeyArgument = std::conditional_t<kCopiesKeys, Key const, Key const &>;
+
+    // Entity collections.
+
+    // The member of that key; `create()` makes it when there is none.
+    template <class Model, class Member, class Key, class Create, class On>
+    static Ptr<Member> memberIs(Model & model, HashMap<Member, Key, Model> & map, KeyArgument<Key> key,
+                                Create const & create, On const & on) {
+        if (Member * const present = map[key]) return present;
+        Ptr<Member> const member = create();
+        enter(model, map, member);
+        notifyOfKey(model, key, on);
+        return member;
+    }
+
+    // Returns what was taken out, or null.
+    template <class Model, class Member, class Key, class On>
+    static Ptr<Member> memberDel(Model & model, HashMap<Member, Key, Model> & map, KeyArgument<Key> key,
+                                 On const & on) {
+        Ptr<Member> member = leave(map, key);
+        if (member) notifyOfKey(model, key, on);
+        return member;
+    }
+
+    template <class Model, class Member, class Key, class On, class OnImmediate>
+    static void memberDelAll(Model & model, HashMap<Member, Key, Model> & map, On const & on,
+                             OnImmediate const & onImmediate) {
+        if (map.size() == 0) return;
+        letGoAll(map);
+        map.emptyAllBuckets();
+        Access::notify(model, onImmediate, [&](typename Model::NotifieeConst & r) { on(r); });
+    }
+
+    // For a model that is being destroyed: its members hear of it, and nobody else.
+    template <class Member, class Key, class Model>
+    static void letGoAll(HashMap<Member, Key, Model> & map) noexcept {
+        for (auto member = map.iterator(); member; ++member) Access::template letGo<Model>(**member);
+    }
+
+    // Value collections.
+
+    // The value of an entry; null for none.
+    template <class Node>
+    static auto valueOf(Node const * entry) noexcept {
+        using Value = std::remove_cvref_t<decltype(entry->value())>;
+        return entry ? entry->value() : Value();
+    }
+
+    template <class Model, class Tag, class Key, class Value, class On>
+    static void valueIs(Model & model, HashMap2018<Tag, Key, Value> & map, KeyArgument<Key> key,
+                        std::type_identity_t<Value> const & value, On const & on) {
+        if (map.valueIs(key, value)) notifyOfKey(model, key, on);
+    }
+
+    template <class Model, class Tag, class Key, class Value, class On>
+    static void valueDel(Model & model, HashMap2018<Tag, Key, Value> & map, KeyArgument<Key> key,
+                         On const & on) {
+        if (map.valueDel(key)) notifyOfKey(model, key, on);
+    }
+
+    // Several deliveries, of which each reaches its reactors even if a callback of an earlier one has thrown.
+    template <class Model, class Tag, class Key, class Value, class On, class OnImmediate>
+    static void valueDelAll(Model & model, HashMap2018<Tag, Key, Value> & map, On const & on,
+                            OnImmediate const & onImmediate) {
+        using Reactor = typename Model::NotifieeConst;
+        if (map.size() == 0) return;
+        std::vector<Key> keys;
+        keys.reserve(map.size());
+        for (auto entry = map.iterator(); entry; ++entry) keys.push_back(entry->key());
+        for (Key const & key : keys) map.valueDel(key);
+
+        KeepAlive const keepModel(model);
+        std::exception_ptr failure;
+        auto const deliver = [&](auto const &... callbacks) {
+            try {
+                Access::notify(model, callbacks...);
+            } catch (...) {
+                if (!failure) failure = std::current_exception();
+            }
+        };
+        for (Key const & key : keys) deliver([&](Reactor & r) { on(r, key); });
+        deliver(onImmediate, [&](Reactor & r) { on(r); });
+        if (failure) std::rethrow_exception(failure);
+    }
+
+protected:
+    template <class Model, class Key, class On>
+    static void notifyOfKey(Model const & model, Key const & key, On const & on) {
+        using Reactor = typename Model::NotifieeConst;
+        Access::notify(
+            model, [&](Reactor & r) { on(r, key); }, [&](Reactor & r) { on(r); });
+    }
+
+    template <class Model, class Member, class Key>
+    static void enter(Model & model, HashMap<Member, Key, Model> & map, Ptr<Member> const & member) noexcept {
+        Access::enters(model, *member);
+        map.newMember(member);
+    }
+
+    template <class Model, class Member, class Key>
+    static Ptr<Member> leave(HashMap<Member, Key, Model> & map, Key const & key) noexcept {
+        Ptr<Member> member = map.deleteMember(key);
+        if (member) Access::template letGo<Model>(*member);
+        return member;
+    }
+};
+
+}  // namespace Vel
