@@ -10,6 +10,7 @@
 #include "tests/support/Allocations.h"
 #include "tests/support/SmallStack.h"
 #include "tests/translator/support/Dump.h"
+#include "tests/translator/support/Followed.h"
 #include "tests/translator/support/Journal.h"
 #include "tests/translator/support/OutputFollower.h"
 #include "tests/translator/support/Topologies.h"
@@ -47,27 +48,7 @@ struct Refusal : std::runtime_error {
     Refusal() : std::runtime_error("refused by a follower") {}
 };
 
-// Host "a" with one of everything, and its translator.
-struct Reactors : testing::Test {
-    Reactors() {
-        fillWithOneOfEach(*models.v2);
-        sm = v2SmFactory("sm", models.v2, models.v3);
-        hostV2 = models.v2->host("a");
-        host = sm->host("a");
-    }
-    // Does `what` inside the change of the output that is told as `change`, the first time.
-    std::unique_ptr<OutputFollower> inside(std::string const & change, std::function<void()> what) {
-        return std::make_unique<OutputFollower>(
-            models.v3, [change, what = std::move(what), done = false](std::string const & told) mutable {
-                if (told == change && !std::exchange(done, true)) what();
-            });
-    }
-
-    Models const models = {};
-    V2Sm::Ptr sm;
-    HostV2::Ptr hostV2;
-    V2Sm::VelHost::Ptr host;
-};
+struct Reactors : TestSupport::Followed {};
 
 // Objects outside the heap, and objects that no counted reference holds
 
