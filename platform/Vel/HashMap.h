@@ -47,7 +47,8 @@ private:
 
 class VEL_EXPORT HashMapGeneric {
 public:
-    // The key callbacks of an instantiation. `key` points to a key of the instantiation's key type.
+    // The key callbacks of an instantiation. `key` points to a key of the instantiation's key type. The
+    // engine sets bucket links itself, because every member has its link in the same place.
     struct KeyTable {
         std::uint32_t (*hash)(void const * key);
         bool (*keyEquals)(HashMapMember const & member, void const * key);
@@ -265,6 +266,8 @@ public:
             static_cast<Member *>(HashMapGeneric::deleteMember(&key, kKeys).release()));
     }
     using HashMapGeneric::emptyAllBuckets;
+    // What the engine's own functions take.
+    static constexpr KeyTable const & keys() noexcept { return kKeys; }
 
     template <class Iterator = HashMapIterator<Member>>
     Iterator iterator() const noexcept {

@@ -31,7 +31,7 @@ struct KeyString {
 
 }  // namespace HashHelper
 
-// Lookups that work on every value collection.
+// What every value collection has in common.
 struct HashMap2018Generic {
     // The entry of that key in `table`, or null.
     template <class Table>
@@ -47,24 +47,63 @@ struct HashMap2018Generic {
     }
 };
 
+// What the untyped iterator has to know of an instantiation.
+struct HashMap2018VTable {
+    HashMapGeneric const & (*nodes)(HashMap2018Generic const & map);
+    HashMapGeneric::KeyTable const & keys;
+};
+
+// An entry of which the types are not known.
+class HashMap2018NodeGeneric : public HashMapMember {
+public:
+    // False from the moment when the entry has been removed.
+    bool isPresent() const noexcept { return present_; }
+
+protected:
+    HashMap2018NodeGeneric() noexcept = default;
+
+    bool present_ = true;
+};
+
+// Steps over any value collection.
+class HashMap2018IteratorGeneric {
+public:
+    // Starts at the first entry.
+    HashMap2018IteratorGeneric(HashMap2018Generic const * map, HashMap2018VTable const * table) noexcept
+        : generic_(table->nodes(*map), table->keys) {}
+    explicit HashMap2018IteratorGeneric(HashMapIteratorGeneric generic) noexcept
+        : generic_(std::move(generic)) {}
+
+    void advance() noexcept { generic_.advance(); }
+    // The entry that the iterator stands on, removed or not; null at the end.
+    HashMap2018NodeGeneric const * currNodeMaybeStale() const noexcept {
+        return static_cast<HashMap2018NodeGeneric const *>(generic_.current().get());
+    }
+    // Null also when the entry has been removed.
+    HashMap2018NodeGeneric const * currNodeNonStale() const noexcept {
+        HashMap2018NodeGeneric const * const node = currNodeMaybeStale();
+        return node && node->isPresent() ? node : nullptr;
+    }
+
+private:
+    HashMapIteratorGeneric generic_;
+};
+
 // One entry.
 template <class Tag, class Key, class Value>
-class HashMap2018Node final : public HashMapMember, public AllocTracked<HashMap2018Node<Tag, Key, Value>> {
+class HashMap2018Node final : public HashMap2018NodeGeneric,
+                              public AllocTracked<HashMap2018Node<Tag, Key, Value>> {
 public:
     HashMap2018Node(Key key, Value value) : key_(std::move(key)), value_(std::move(value)) {}
 
     Key const & key() const noexcept { return key_; }
     Value const & value() const noexcept { return value_; }
-    // False from the moment when the entry has been removed.
-    bool isPresent() const noexcept { return present_; }
-
     Key const & collectionKey() const noexcept { return key_; }
 
 private:
     template <class, class, class>
     friend class HashMap2018;
 
-    bool present_ = true;
     Key const key_;
     Value value_;
 };
@@ -78,17 +117,15 @@ public:
     using pointer = Node const *;
     using reference = Node const &;
 
-    explicit HashMap2018Iterator(HashMapIteratorGeneric generic) noexcept : generic_(std::move(generic)) {}
+    explicit HashMap2018Iterator(HashMap2018IteratorGeneric generic) noexcept
+        : generic_(std::move(generic)) {}
 
     void advance() noexcept { generic_.advance(); }
-    // The entry that the iterator stands on, removed or not; null at the end.
     Node const * currNodeMaybeStale() const noexcept {
-        return static_cast<Node const *>(generic_.current().get());
+        return static_cast<Node const *>(generic_.currNodeMaybeStale());
     }
-    // Null also when the entry has been removed.
     Node const * currNodeNonStale() const noexcept {
-        Node const * const node = currNodeMaybeStale();
-        return node && node->isPresent() ? node : nullptr;
+        return static_cast<Node const *>(generic_.currNodeNonStale());
     }
 
     Node const & operator*() const noexcept { return *currNodeMaybeStale(); }
@@ -104,7 +141,7 @@ public:
     }
 
 private:
-    HashMapIteratorGeneric generic_;
+    HashMap2018IteratorGeneric generic_;
 };
 
 // `Tag` names the attribute, so that the entries of each are tracked under a name of their own.
@@ -143,12 +180,18 @@ public:
 
     template <class AnyIterator = Iterator>
     AnyIterator iterator() const noexcept {
-        return nodes_.template iterator<AnyIterator>();
+        return AnyIterator(HashMap2018IteratorGeneric(this, &kTable));
     }
+    // Starts at the entry of that key; at the end when there is none.
     template <class AnyIterator = Iterator>
     AnyIterator iteratorAt(Key const & key) const noexcept {
-        return nodes_.template iteratorAt<AnyIterator>(key);
+        return AnyIterator(nodes_.template iteratorAt<HashMap2018IteratorGeneric>(key));
     }
+
+    static constexpr HashMap2018VTable kTable{[](HashMap2018Generic const & map) -> HashMapGeneric const & {
+                                                  return static_cast<HashMap2018 const &>(map).nodes_;
+                                              },
+                                              HashMap<Node, Key, Tag>::keys()};
 
 private:
     HashMap<Node, Key, Tag> nodes_{1};

@@ -276,6 +276,32 @@ TEST(HashMap2018Walk, ShowsARemovedEntryUntilItMoves) {
     EXPECT_EQ(value->references(), 1U);
 }
 
+TEST(HashMap2018Walk, NeedsNoKnowledgeOfTheTypes) {
+    FlagMap flags;
+    NameMap names;
+    for (int i = 0; i < 20; ++i) flags.valueIs(name(i), true);
+    names.valueIs(Name("a"), nullptr);
+    std::pair<Vel::HashMap2018Generic const *, Vel::HashMap2018VTable const *> const maps[] = {
+        {&flags, &FlagMap::kTable}, {&names, &NameMap::kTable}};
+    std::vector<int> met;
+    for (auto const & [map, table] : maps) {
+        met.push_back(0);
+        for (Vel::HashMap2018IteratorGeneric i(map, table); i.currNodeMaybeStale(); i.advance()) {
+            EXPECT_EQ(i.currNodeNonStale(), i.currNodeMaybeStale());
+            ++met.back();
+        }
+    }
+    EXPECT_EQ(met, (std::vector<int>{20, 1}));
+
+    Vel::HashMap2018IteratorGeneric i(&names, &NameMap::kTable);
+    names.valueDel(Name("a"));
+    EXPECT_EQ(i.currNodeNonStale(), nullptr);
+    ASSERT_NE(i.currNodeMaybeStale(), nullptr);
+    EXPECT_FALSE(i.currNodeMaybeStale()->isPresent());
+    i.advance();
+    EXPECT_EQ(i.currNodeMaybeStale(), nullptr);
+}
+
 TEST(HashMap2018Walk, StaysAtTheEnd) {
     FlagMap map;
     map.valueIs(Name("a"), true);
