@@ -13,7 +13,7 @@ public:
 
     constexpr Name() noexcept = default;
     Name(char const * bytes, unsigned int size) : String(bytes, size) {}
-    Name(std::convertible_to<std::string_view> auto const & bytes) : String(bytes) {}
+    Name(Text auto const & bytes) : String(bytes) {}
     // Shares the string's bytes.
     explicit Name(String const & string) noexcept : String(string) {}
 };

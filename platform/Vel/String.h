@@ -8,6 +8,7 @@
 
 #include <compare>
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <iosfwd>
@@ -28,6 +29,10 @@ constexpr std::uint32_t bitReverse(std::uint32_t value) noexcept {
 }
 
 class VelType;
+
+// What a string is made of and compares with. Not `nullptr`, which stands for no object and never for a text.
+template <class T>
+concept Text = std::convertible_to<T, std::string_view> && !std::same_as<T, std::nullptr_t>;
 
 class VEL_EXPORT String {
 public:
@@ -55,7 +60,7 @@ public:
     constexpr String() noexcept = default;
     // REQUIRES: fewer than 2^32 bytes. Throws std::bad_alloc; std::length_error for more.
     String(char const * bytes, unsigned int size) : String(std::string_view(bytes, size)) {}
-    String(std::convertible_to<std::string_view> auto const & bytes) : data_(dataOf(bytes)) {}
+    String(Text auto const & bytes) : data_(dataOf(bytes)) {}
     String(String const & other) noexcept : data_(other.data_) { take(); }
     String(String && other) noexcept : data_(std::exchange(other.data_, nullptr)) {}
     ~String() { drop(data_); }
@@ -89,7 +94,7 @@ public:
     friend bool operator==(String const & a, String const & b) noexcept {
         return a.data_ == b.data_ || (a.reversedHash() == b.reversedHash() && a.view() == b.view());
     }
-    friend bool operator==(String const & a, std::convertible_to<std::string_view> auto const & b) noexcept {
+    friend bool operator==(String const & a, Text auto const & b) noexcept {
         return a.view() == std::string_view(b);
     }
     // Bytes, unsigned, lexicographically.

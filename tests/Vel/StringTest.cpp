@@ -30,6 +30,8 @@ static_assert(sizeof(Name) == sizeof(void *));
 static_assert(std::is_nothrow_move_constructible_v<Name>);
 static_assert(!std::is_convertible_v<String, Name>, "a text is no name until somebody says so");
 static_assert(std::is_convertible_v<Name, String>);
+static_assert(!std::is_constructible_v<String, std::nullptr_t>, "null is no text");
+static_assert(!std::is_constructible_v<Name, std::nullptr_t>, "portIs(nullptr) means a port");
 
 TEST(BitReverse, PutsEachBitInItsMirroredPlace) {
     for (unsigned bit = 0; bit < 32; ++bit) EXPECT_EQ(Vel::bitReverse(1U << bit), 1U << (31 - bit)) << bit;
