@@ -82,12 +82,12 @@ VelAttr const & GenericIf::attribute(AttributeOperation operation, std::string_v
 }
 
 GenericIf GenericIf::operate(AttributeOp const & op, std::span<GenericIf const> args) const {
-    Object const & held = object(operationName(op.operation));
-    Ptr<PtrInterface> const keep = held.object;
+    // A copy: a follower that the operation calls may give this wrapper another object.
+    Object const held = object(operationName(op.operation));
     auto const entry = op.attr->owner()->record().genericIfAttributeOp;
     GenericIf result;
     bool done = false;
-    if (entry) entry(keep.get(), held.isConst, op, &args, &result, &done);
+    if (entry) entry(held.object.get(), held.isConst, op, &args, &result, &done);
     if (!done) GenericIfImpl::throwOpNotSupportedException(op);
     // What is reached through an object that cannot be changed cannot be changed either.
     if (held.isConst && op.operation != kCall) result.constIs();

@@ -251,11 +251,12 @@ private:
                     return GenericIf::wrap(std::invoke(Get, static_cast<C const &>(self)));
                 }
                 if constexpr (!std::is_null_pointer_v<decltype(Set)>) {
-                    try {
-                        AttrsImpl::invokeWith<Set>(self, given[0].as<typename Wrapped::type>());
-                    } catch (RangeException const & wrong) {
-                        GenericIfImpl::throwArgument(where(op), op.attr->name().data(), wrong.what());
-                    }
+                    GenericIfImpl::checkArgumentCount(*op.attr, given, 1);
+                    VelArg const table[] = {{op.attr->name().data(), op.attr->type()}};
+                    // Only what is wrong with the value is told of the value: whatever is raised while it is
+                    // being set, by a follower perhaps, is passed on as it is.
+                    AttrsImpl::invokeWith<Set>(self, GenericIfImpl::unwrapArgument<typename Wrapped::type>(
+                                                         where(op), table, given, 0));
                 }
                 return nullptr;
             },
