@@ -45,7 +45,7 @@ endfunction()
 # Links what exercises FOLDER to the lowest library that holds it, so that a floor is built and tested
 # without the ones above it. A folder that is not a floor gets everything there is.
 function(nta_link_floor target folder)
-    set(platform Vel Keln Mlag NetworkTopology NetworkTopologyV3 platform)
+    set(platform Vel VelThreadSafe Keln Mlag NetworkTopology NetworkTopologyV3 platform)
     set(aggregator finder translator)
     if(folder IN_LIST platform)
         set(wanted network-topology-platform)

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <barrier>
@@ -11,9 +12,11 @@
 #include <gtest/gtest.h>
 
 #include "platform/Vel/AllocTrack.h"
+#include "platform/Vel/Exceptions.h"
 #include "platform/Vel/Name.h"
 #include "platform/Vel/Ptr.h"
 #include "platform/Vel/Trace.h"
+#include "platform/Vel/VelType.h"
 #include "tests/Vel/Lamp.h"
 
 namespace VelTest {
@@ -160,6 +163,7 @@ TEST(ThreadSafeString, IsCopiedAndReleasedByFourThreads) {
 
 TEST(ThreadSafeAllocTrack, CountsExactlyWhatFourThreadsMake) {
     constexpr int kObjects = 1000;
+    // Made nowhere else, so that the threads make its first objects at once, and one record for them.
     class Fresh final : public Vel::PtrInterface, public Vel::AllocTracked<Fresh> {};
     std::vector<std::vector<Ptr<Fresh>>> kept(kThreads);
     together([&](int thread) {
@@ -171,7 +175,36 @@ TEST(ThreadSafeAllocTrack, CountsExactlyWhatFourThreadsMake) {
     });
     EXPECT_EQ(Fresh::velAllocTrackTypeInfo_->live(), kThreads * kObjects / 2);
     EXPECT_EQ(Fresh::velAllocTrackTypeInfo_->total(), kThreads * kObjects);
-    EXPECT_GE(Vel::allocTrackTypes().size(), 1U);
+    auto const types = Vel::allocTrackTypes();
+    EXPECT_EQ(std::count_if(types.begin(), types.end(),
+                            [](auto const * type) {
+                                return type->typeName() == Fresh::velAllocTrackTypeInfo_->typeName();
+                            }),
+              1);
+}
+
+// A library may be loaded and unloaded on one thread while another one looks types up.
+TEST(ThreadSafeTypes, AreRegisteredFoundAndForgottenByFourThreads) {
+    std::size_t const before = Vel::typeNodes().size();
+    constexpr static Vel::VelType shared{{.name = "VelTest::Shared"}};
+    std::atomic<int> registrations = 0;
+    together([&](int thread) {
+        std::string const name = "VelTest::Own" + std::to_string(thread);
+        Vel::VelType const own({.name = name.c_str()});
+        for (int i = 0; i < kRounds / 10; ++i) {
+            Vel::TypeRegistration const registration(own);
+            EXPECT_EQ(Vel::typeNode(name), &own);
+            EXPECT_GT(Vel::typeNodes().size(), before);
+            try {
+                Vel::TypeRegistration const race(shared);
+                registrations.fetch_add(1);
+            } catch (Vel::RangeException const &) {  // Another thread was first.
+            }
+        }
+    });
+    EXPECT_GE(registrations, 1);
+    EXPECT_EQ(Vel::typeNode("VelTest::Shared"), nullptr);
+    EXPECT_EQ(Vel::typeNodes().size(), before);
 }
 
 TEST(ThreadSafeTrace, IsUsedAndSwitchedByFourThreads) {
