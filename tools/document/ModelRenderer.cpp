@@ -106,6 +106,10 @@ std::vector<ModelRenderer::Entry> ModelRenderer::entries(GenericIf const & owner
     for (Entry const & entry : found) {
         PathStep const here{at, entry.key};
         requireUtf8(entry.key, &here);
+        if (member.keyKind == MemberShape::KeyKind::text && !member.key(entry.key)) {
+            throw DocumentError(pointerTo(&here), "expected " + expectedValue(*member.attr->keyType()) +
+                                                      " as key; found \"" + printable(entry.key) + '"');
+        }
     }
     std::sort(found.begin(), found.end(), [](Entry const & a, Entry const & b) { return a.key < b.key; });
     return found;

@@ -14,9 +14,9 @@
 
 namespace TopologyTools {
 
-// A model that JSON cannot show as it is: a name or text that is not UTF-8, or a number for which an
-// enumeration has no name. Nothing is ever shown in the place of such a value. what() begins with the JSON
-// Pointer to the fault.
+// A model that JSON cannot show as it is: a name or text that is not UTF-8, a number for which an enumeration
+// has no name, or a key without a text. Nothing is ever shown in the place of such a value. what() begins
+// with the JSON Pointer to the fault.
 class DocumentError : public std::runtime_error {
 public:
     // `pointer` may hold any bytes.

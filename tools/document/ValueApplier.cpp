@@ -40,8 +40,10 @@ void ValueApplier::makeAll(GenericIf const & owner, MemberShape const & collecti
 
 void ValueApplier::make(GenericIf const & owner, MemberShape const & collection, std::string_view key,
                         JsonValue const & json) {
+    auto const known = resolver_.key(collection, key);
+    if (!known) return;
     std::vector<GenericIf> arguments(collection.attr->args().size());
-    arguments.front() = *resolver_.key(collection, key);
+    arguments.front() = *known;
     for (MemberShape const & member : collection.element->members) {
         if (member.makeArgument) arguments[*member.makeArgument] = valueFor(member, json);
     }
@@ -79,9 +81,11 @@ void ValueApplier::set(GenericIf const & owner, MemberShape const & member, Json
 
 void ValueApplier::setEntry(GenericIf const & owner, MemberShape const & collection, std::string_view key,
                             JsonValue const & json) {
-    std::array const arguments{*resolver_.key(collection, key),
-                               collection.holdsReferences ? reference(json)
-                                                          : *valueFromJson(json, collection.type())};
+    auto const known = resolver_.key(collection, key);
+    if (!known) return;
+    GenericIf const value =
+        collection.holdsReferences ? reference(json) : *valueFromJson(json, collection.type());
+    std::array const arguments{*known, value};
     owner.operate({Vel::kAdd, collection.attr}, arguments);
 }
 

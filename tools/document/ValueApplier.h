@@ -16,8 +16,9 @@
 
 namespace TopologyTools {
 
-// REQUIRES for all: the value has been checked for its place and outlives the applier; whatever the model's
-// reactors do meanwhile, what its references lead to stays.
+// REQUIRES for all: the value has been checked for its place and outlives the applier. What a reference or
+// key leads to may be removed meanwhile by a reactor of the model: the reference is then null, the entry left
+// out.
 class ValueApplier {
 public:
     // `resolver` looks at the live model alone.

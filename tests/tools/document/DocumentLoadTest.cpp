@@ -153,6 +153,27 @@ TEST_F(DocumentLoad, RefusesAStatusThatHoldsSomething) {
     refuses(withLocalhost);
 }
 
+// Removes a port as soon as its host has an edge.
+struct Remover final : Recorder<StatusV2::NotifieeConst> {
+    Remover(Log & log, StatusV2::Ptr const & status) : Recorder(log, "", status), status_(*status) {}
+    void onEdge(PortBaseV2::PtrConst const &) override { status_.host("a")->portDel("q"); }
+    StatusV2 & status_;
+};
+
+TEST_F(DocumentLoad, LeavesOutWhatAReactorRemovesMeanwhile) {
+    auto const status = StatusV2::StatusV2Is();
+    Log log;
+    Vel::Ptr<Remover> const remover = new Remover(log, status);
+    load(R"({"host":{"a":{"mlagPeerLink":"/host/a/port/q","logicalPort":{"q":"/host/a/port/q"},)"
+         R"("port":{"p":{},"q":{"type":"port"}}}},"edge":{"/host/a/port/p":{"toPort":{"/host/a/port/q":true,)"
+         R"("/host/a/port/p":true}},"/host/a/port/q":{}}})",
+         Vel::GenericIf::of(status));
+    EXPECT_EQ(written(Vel::GenericIf::of(status)),
+              R"({"host":{"a":{"port":{"p":{}},"logicalPort":{"q":null}}},)"
+              R"("edge":{"/host/a/port/p":{"toPort":{"/host/a/port/p":true}}}})");
+    EXPECT_EQ(status->edge().size(), 1U);
+}
+
 struct Thrower final : Recorder<StatusV2::NotifieeConst> {
     using Recorder::Recorder;
     void onLocalhost() override { throw std::runtime_error("from a reactor"); }

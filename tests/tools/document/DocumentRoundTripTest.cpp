@@ -346,6 +346,19 @@ TEST_F(DocumentRoundTrip, ANumberWithoutAnEnumeratorCannotBeWritten) {
               "/host/a/port/p/type: expected one of unknown, port, portGroup, mlag; found 7");
 }
 
+TEST_F(DocumentRoundTrip, AKeyThatNoPortHasCannotBeWritten) {
+    using namespace NetworkTopologyV3;
+    auto const status = Status::StatusIs();
+    status->edgeIs(PortKey());
+    EXPECT_EQ(writingError(Vel::GenericIf::of(status)),
+              "/edge/: expected a JSON Pointer such as \"/host/leaf-1/port/eth-1\" as key; found \"\"");
+    status->edgeDelAll();
+    status->edgeIs(PortKey("a", "lag/1"));
+    EXPECT_EQ(writingError(Vel::GenericIf::of(status)),
+              "/edge/~1host~1a~1lag~11: expected a JSON Pointer such as \"/host/leaf-1/port/eth-1\" as key; "
+              "found \"/host/a/lag/1\"");
+}
+
 TEST_F(DocumentRoundTrip, OnlyAnObjectIsADocument) {
     EXPECT_THROW(written(Vel::GenericIf()), Vel::RangeException);
     EXPECT_THROW(written(Vel::GenericIf(Vel::Name("a"))), Vel::RangeException);
