@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include "tests/support/SourceTree.h"
 #include "tests/tools/cli/RunProgram.h"
 
 namespace TopologyTools {
@@ -25,10 +26,10 @@ using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::StartsWith;
 
-std::string example(std::string const & name) { return NTA_SOURCE_DIR "/examples/" + name; }
+std::string example(std::string const & name) { return TestSupport::sourcePath("examples/") + name; }
 
 // Published topologies that lie beside the repository; they are not part of it.
-std::string const kSharedData = NTA_SOURCE_DIR "/../shared/data/";
+std::string const kSharedData = TestSupport::sourcePath("../shared/data/");
 
 json translated(std::vector<std::string> const & arguments, RunOptions const & options = {}) {
     std::vector<std::string> all{"translate"};
@@ -350,8 +351,8 @@ TEST(Golden, TextOfTheExamples) {
          std::vector<std::pair<std::string, std::string>>{{"dual-homed-fabric.json", "text"},
                                                           {"abilene.graphml", "text"},
                                                           {"abilene.graphml", "summary"}}) {
-        std::string const golden =
-            NTA_SOURCE_DIR "/tests/tools/cli/golden/" + file.substr(0, file.find('.')) + '.' + format;
+        std::string const golden = TestSupport::sourcePath("tests/tools/cli/golden/") +
+                                   file.substr(0, file.find('.')) + '.' + format;
         ProgramRun const run = runProgram({"translate", "--format", format, example(file)});
         ASSERT_EQ(run.status, 0) << run.messages;
         if (write) {

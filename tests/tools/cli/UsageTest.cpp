@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/SourceTree.h"
 #include "tests/tools/cli/RunProgram.h"
 
 namespace TopologyTools {
@@ -17,7 +18,7 @@ using ::testing::IsEmpty;
 using ::testing::MatchesRegex;
 using ::testing::StartsWith;
 
-std::string const kFabric = NTA_SOURCE_DIR "/examples/dual-homed-fabric.json";
+std::string const kFabric = TestSupport::sourcePath("examples/dual-homed-fabric.json");
 
 TEST(Usage, HelpIsAResult) {
     for (std::vector<std::string> const & arguments : std::vector<std::vector<std::string>>{

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/SourceTree.h"
 #include "tests/tools/import/ImportTesting.h"
 #include "tools/import/Importer.h"
 
@@ -181,7 +182,7 @@ TEST(Graphml, DeepNestingIsReadOrRefused) {
 }
 
 TEST(Graphml, TheExampleTranslates) {
-    std::ifstream file(NTA_SOURCE_DIR "/examples/abilene.graphml", std::ios::binary);
+    std::ifstream file(TestSupport::sourcePath("examples/abilene.graphml"), std::ios::binary);
     std::string const text(std::istreambuf_iterator<char>(file), {});
     EXPECT_EQ(countsOf(importTopology(text, "abilene.graphml", {})), (Counts{11, 28, 0, 0, 28}));
     std::string const operations = operationsOf(text);

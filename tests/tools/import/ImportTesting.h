@@ -13,6 +13,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/SourceTree.h"
 #include "tools/import/Importer.h"
 
 namespace TopologyTools::ImportTesting {
@@ -112,7 +113,7 @@ inline Counts countsOf(ImportResult const & result) {
 
 // Public sample files, kept beside the source tree; none where they are not there.
 inline std::optional<std::string> sample(std::string const & name) {
-    std::ifstream file(NTA_SOURCE_DIR "/../shared/data/" + name, std::ios::binary);
+    std::ifstream file(TestSupport::sourcePath("../shared/data/") + name, std::ios::binary);
     if (!file) {
         return std::nullopt;
     }

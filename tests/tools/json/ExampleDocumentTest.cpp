@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/SourceTree.h"
 #include "tools/json/JsonPointer.h"
 #include "tools/json/LocatedJson.h"
 
@@ -14,7 +15,7 @@ namespace TopologyTools {
 namespace {
 
 JsonValue readExample() {
-    std::ifstream file(NTA_SOURCE_DIR "/examples/dual-homed-fabric.json", std::ios::binary);
+    std::ifstream file(TestSupport::sourcePath("examples/dual-homed-fabric.json"), std::ios::binary);
     return parseJson(std::string(std::istreambuf_iterator<char>(file), {}), "dual-homed-fabric.json");
 }
 
