@@ -175,7 +175,7 @@ Oracle::Oracle(Options options, WalkOrder order) : options_(options), order_(std
 
 // ---- life
 
-void Oracle::mark(Id object, std::set<Id> & marked) const {
+void Oracle::mark(Id object, Marks & marked) const {
     std::vector<Id> pending = {object};
     auto const all = [&pending](auto const & table) {
         for (auto const & [key, value] : table) pending.push_back(value);
@@ -183,7 +183,7 @@ void Oracle::mark(Id object, std::set<Id> & marked) const {
     while (!pending.empty()) {
         Id const id = pending.back();
         pending.pop_back();
-        if (id == kNull || !marked.insert(id).second) continue;
+        if (id == kNull || !marked.insert(id)) continue;
         if (auto const s = statusV2_.find(id); s != statusV2_.end()) {
             all(s->second.host);
             all(s->second.edge);
@@ -219,7 +219,7 @@ void Oracle::mark(Id object, std::set<Id> & marked) const {
 }
 
 void Oracle::sweep() {
-    std::set<Id> marked;
+    Marks marked(lastId_);
     for (auto const & [id, count] : held_) mark(id, marked);
     for (Id const id : inHand_) mark(id, marked);
     for (auto const & [id, r] : reactors_) {
@@ -1713,7 +1713,7 @@ void Oracle::check() const {
     auto const require = [](bool holds, char const * what) {
         if (!holds) throw std::logic_error(what);
     };
-    std::set<Id> marked;
+    Marks marked(lastId_);
     for (auto const & [id, count] : held_) mark(id, marked);
     for (auto const & [id, r] : reactors_) {
         mark(r.notifier, marked);

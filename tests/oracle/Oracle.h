@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -356,11 +357,32 @@ private:
     };
     class Operation;
 
+    // A set of objects. Marking runs after every step of every tape, so it may not cost an allocation an
+    // object.
+    class Marks {
+    public:
+        explicit Marks(Id last) : marked_(static_cast<std::size_t>(last) + 1) {}
+
+        bool contains(Id id) const { return marked_[static_cast<std::size_t>(id)]; }
+        std::size_t size() const { return size_; }
+        // Whether it was not there before.
+        bool insert(Id id) {
+            if (contains(id)) return false;
+            marked_[static_cast<std::size_t>(id)] = true;
+            ++size_;
+            return true;
+        }
+
+    private:
+        std::vector<bool> marked_;
+        std::size_t size_ = 0;
+    };
+
     static constexpr Id kRoot = -1;
 
     // Life.
     Id next() { return ++lastId_; }
-    void mark(Id object, std::set<Id> & marked) const;
+    void mark(Id object, Marks & marked) const;
     void sweep();
 
     // Walks.

@@ -396,7 +396,7 @@ struct Difference {
 };
 
 // Drives both, b first (so that an OracleSubject as a may follow the walks of b), and compares after every
-// call.
+// call; version-2 objects only now and then and at the end.
 std::optional<Difference> run(Tape const & tape, Subject & a, Subject & b);
 
 struct GeneratorOptions {

@@ -1,9 +1,13 @@
-# The oracle is slow by intent: it is always optimised, and what the sanitizers are to watch is the library, not its
-# measure.
+# The oracle is slow by intent: it and what compares with it are always optimised, and what the sanitizers are to watch
+# is the library, not its measure.
 set_source_files_properties(
     ${CMAKE_CURRENT_SOURCE_DIR}/oracle/Oracle.cpp
     ${CMAKE_CURRENT_SOURCE_DIR}/oracle/Tape.cpp
-    ${CMAKE_CURRENT_SOURCE_DIR}/oracle/OracleTest.cpp
-    PROPERTIES COMPILE_OPTIONS "-O2;$<$<BOOL:${NTA_SANITIZE}>:-fno-sanitize=all>")
+    PROPERTIES
+        SKIP_PRECOMPILE_HEADERS ON
+        COMPILE_OPTIONS "-O2;$<$<BOOL:${NTA_SANITIZE}>:-fno-sanitize=all>")
 target_link_libraries(${target} PRIVATE test-support)
 nta_link_floor(${target} translator)
+set_source_files_properties(${CMAKE_CURRENT_SOURCE_DIR}/oracle/TranslatorSubject.cpp PROPERTIES
+    SKIP_PRECOMPILE_HEADERS ON
+    COMPILE_OPTIONS -O2)
