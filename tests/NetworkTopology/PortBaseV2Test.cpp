@@ -1,14 +1,16 @@
 #include "platform/NetworkTopology/PortBaseV2.h"
 
-#include <functional>
+#include <cstdint>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 #include <gtest/gtest.h>
 
 #include "platform/NetworkTopology/PortBaseVisitor.h"
 #include "platform/NetworkTopology/StatusV2.h"
 #include "tests/NetworkTopology/Recorders.h"
+#include "tests/support/DeepDestruction.h"
 
 namespace NetworkTopologyTest {
 namespace {
@@ -34,6 +36,11 @@ protected:
         if constexpr (std::is_same_v<Kind, PortV2>) return PortV2::PortV2Is(name);
         if constexpr (std::is_same_v<Kind, PortGroupV2>) return PortGroupV2::PortGroupV2Is(name);
         if constexpr (std::is_same_v<Kind, MlagV2>) return MlagV2::MlagV2Is(name, "second");
+    }
+    static void add(HostV2 & host, Vel::Ptr<Kind> const & object) {
+        if constexpr (std::is_same_v<Kind, PortV2>) host.portIs(object);
+        if constexpr (std::is_same_v<Kind, PortGroupV2>) host.portGroupIs(object);
+        if constexpr (std::is_same_v<Kind, MlagV2>) host.mlagIs(object);
     }
 
     Vel::Ptr<Kind> const object_ = made("x");
@@ -136,15 +143,37 @@ TYPED_TEST(PortBase, UnbindsAReactorThatIsGivenAnotherKind) {
 
 TYPED_TEST(PortBase, OutlivesItsHost) {
     auto host = HostV2::HostV2Is("h");
-    if constexpr (std::is_same_v<TypeParam, PortV2>) host->portIs(this->object_);
-    if constexpr (std::is_same_v<TypeParam, PortGroupV2>) host->portGroupIs(this->object_);
-    if constexpr (std::is_same_v<TypeParam, MlagV2>) host->mlagIs(this->object_);
+    this->add(*host, this->object_);
     EXPECT_EQ(this->object_->host(), host.get());
     this->object_->typeIs(PortTypeV2::port);
     host = nullptr;
     EXPECT_EQ(this->object_->host(), nullptr);
     EXPECT_EQ(this->object_->name(), "x");
     EXPECT_EQ(this->object_->type(), PortTypeV2::port);
+}
+
+// Deep in a destruction, that of the host waits for the outer ones.
+TYPED_TEST(PortBase, HasNoHostFromTheMomentWhenTheLastReferenceToItGoes) {
+    auto const hosts = [] {
+        auto const * const tracked = HostV2::velAllocTrackTypeInfo_;
+        return tracked ? tracked->live() : 0;
+    };
+    std::uint64_t const before = hosts();
+    int waited = 0;
+    for (unsigned depth = 0; depth < 40; ++depth) {
+        auto host = HostV2::HostV2Is("h");
+        this->add(*host, this->object_);
+        bool looked = false;
+        TestSupport::releaseDeep(depth, std::move(host), [&] {
+            EXPECT_EQ(this->object_->host(), nullptr);
+            if (hosts() != before) ++waited;
+            looked = true;
+        });
+        EXPECT_TRUE(looked);
+        EXPECT_EQ(this->object_->host(), nullptr);
+        EXPECT_EQ(hosts(), before);
+    }
+    EXPECT_GT(waited, 0);
 }
 
 class RecordingVisitor final : public PortBaseVisitor {

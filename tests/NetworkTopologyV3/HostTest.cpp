@@ -1,6 +1,5 @@
 #include "platform/NetworkTopologyV3/Host.h"
 
-#include <functional>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -11,6 +10,7 @@
 
 #include "platform/NetworkTopologyV3/Status.h"
 #include "tests/NetworkTopologyV3/Recorders.h"
+#include "tests/support/DeepDestruction.h"
 
 namespace NetworkTopologyV3 {
 
@@ -205,44 +205,20 @@ TYPED_TEST(HostMember, ThatTookAnotherOnesPlaceIsNotTouchedByIt) {
     EXPECT_EQ(old->portKey(), current->portKey());
 }
 
-class Nested final : public Vel::PtrInterface {
-public:
-    explicit Nested(Vel::Ptr<Vel::PtrInterface> inner) : inner_(std::move(inner)) {}
-
-private:
-    Vel::Ptr<Vel::PtrInterface> inner_;
-};
-
-// Lets a host go while it is destroyed itself, and then looks.
-class Last final : public Vel::PtrInterface {
-public:
-    Last(Vel::Ptr<Host> host, std::function<void()> look) : host_(std::move(host)), look_(std::move(look)) {}
-    ~Last() override {
-        host_ = nullptr;
-        look_();
-    }
-
-private:
-    Vel::Ptr<Host> host_;
-    std::function<void()> look_;
-};
-
 // Deep in a destruction, that of the host waits for the outer ones.
 TYPED_TEST(HostMember, HasNoHostFromTheMomentWhenTheLastReferenceToItGoes) {
     auto const hosts = Host::velAllocTrackTypeInfo_->live();
     int waited = 0;
-    for (int depth = 0; depth < 40; ++depth) {
+    for (unsigned depth = 0; depth < 40; ++depth) {
         Vel::Ptr<Host> host = Status::StatusIs()->hostIs("leaf-2");
         Vel::Ptr<PortBase> const member = this->add(*host, "x");
         bool looked = false;
-        Vel::Ptr<Vel::PtrInterface> outermost = new Last(std::move(host), [&] {
+        TestSupport::releaseDeep(depth, std::move(host), [&] {
             EXPECT_EQ(member->host(), nullptr);
             EXPECT_EQ(member->portKey().host(), "leaf-2");
             if (Host::velAllocTrackTypeInfo_->live() != hosts) ++waited;
             looked = true;
         });
-        for (int i = 0; i < depth; ++i) outermost = new Nested(outermost);
-        outermost = nullptr;
         EXPECT_TRUE(looked);
         EXPECT_EQ(member->host(), nullptr);
         EXPECT_EQ(Host::velAllocTrackTypeInfo_->live(), hosts);

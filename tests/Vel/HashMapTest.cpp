@@ -1,17 +1,16 @@
 #include "platform/Vel/HashMap.h"
 
 #include <algorithm>
-#include <array>
 #include <memory>
 #include <random>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "tests/Vel/Members.h"
 #include "tests/support/Allocations.h"
+#include "tests/support/NamesOfOneHash.h"
 #include "tests/support/SmallStack.h"
 
 namespace VelTest {
@@ -412,43 +411,8 @@ TEST_P(HashMapEmptying, LetsADestructorComeBackWhileTheCollectionIsDestroyed) {
 INSTANTIATE_TEST_SUITE_P(AtMember, HashMapEmptying, testing::Values(0U, 1U, 2U, 7U, 15U),
                          testing::PrintToStringParamName());
 
-// Names of equal length with one string hash, found without knowledge of how it is computed but for this:
-// bytes are folded, eight at a time at most, into a state of 32 bits. So two blocks that lead to one hash
-// lead to one state, and whatever follows them leads to one hash again.
-std::vector<Name> namesOfOneHash(unsigned blocks) {
-    constexpr std::size_t kBlock = 8;
-    std::mt19937_64 random(11);
-    std::string text(blocks * kBlock, 'x');
-    std::vector<std::array<std::string, 2>> pairs;
-    for (std::size_t at = 0; at < text.size(); at += kBlock) {
-        std::unordered_map<std::uint32_t, std::uint64_t> seen;
-        seen.reserve(1U << 18);
-        auto const put = [&](std::uint64_t block) {
-            for (std::size_t i = 0; i < kBlock; ++i)
-                text[at + i] = static_cast<char>('a' + (block >> 4 * i & 15U));
-            return text.substr(at, kBlock);
-        };
-        for (;;) {
-            std::uint64_t const block = random() & 0xffffffffU;
-            put(block);
-            auto const [found, isNew] = seen.emplace(Vel::String(text).hash(), block);
-            if (!isNew && found->second != block) {
-                pairs.push_back({put(found->second), put(block)});
-                break;
-            }
-        }
-    }
-    std::vector<Name> names;
-    for (unsigned choice = 0; choice < 1U << blocks; ++choice) {
-        std::string chosen;
-        for (unsigned i = 0; i < blocks; ++i) chosen += pairs[i][choice >> i & 1U];
-        names.emplace_back(chosen);
-    }
-    return names;
-}
-
 TEST(HashMap, HoldsTwentyThousandNamesOfOneHash) {
-    std::vector<Name> names = namesOfOneHash(15);
+    std::vector<Name> names = TestSupport::namesOfOneHash(15);
     ASSERT_EQ(names.size(), 32768U);
     names.resize(20000);
     for (Name const & each : names) ASSERT_EQ(each.hash(), names[0].hash());

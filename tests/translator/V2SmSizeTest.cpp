@@ -1,0 +1,130 @@
+// Hosts of many members, and members whose names have one hash: models and translator come and go with little
+// stack. A recursion along either would overflow it at these sizes.
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/NamesOfOneHash.h"
+#include "tests/support/SmallStack.h"
+#include "tests/translator/support/Topologies.h"
+#include "translator/V2Sm.h"
+
+namespace {
+
+using NetworkTopology::StatusV2;
+using NetworkTopologyAggregator::V2Sm;
+using NetworkTopologyAggregator::v2SmFactory;
+using NetworkTopologyV3::Status;
+
+// An input, its output and their translator, which sees every change of the input or only its end.
+struct Scene {
+    Scene(bool attachedBefore, std::function<void(StatusV2 & v2)> const & fill) {
+        if (attachedBefore) sm = v2SmFactory("sm", v2, v3);
+        fill(*v2);
+        if (!attachedBefore) sm = v2SmFactory("sm", v2, v3);
+    }
+
+    StatusV2::Ptr v2 = StatusV2::StatusV2Is();
+    Status::Ptr v3 = Status::StatusIs();
+    V2Sm::Ptr sm;
+};
+
+// Each takes a scene apart, from another end.
+std::vector<std::function<void(Scene & scene)>> const & waysToEnd() {
+    static std::vector<std::function<void(Scene & scene)>> const ways = {
+        [](Scene & scene) { scene.sm = nullptr; },
+        [](Scene & scene) {
+            scene.v2 = nullptr;
+            scene.v3 = nullptr;
+            scene.sm = nullptr;
+        },
+        // The output stays behind, and goes by itself.
+        [](Scene & scene) {
+            scene.sm->v3Del();
+            scene.sm = nullptr;
+            scene.v2 = nullptr;
+        },
+        // Everything is taken out of the input first.
+        [](Scene & scene) {
+            for (auto const & host : scene.v2->host()) {
+                host->portDelAll();
+                host->portGroupDelAll();
+            }
+            scene.v2->edgeDelAll();
+            for (auto const & host : scene.v3->host()) EXPECT_EQ(host->port().size(), 0U);
+        },
+    };
+    return ways;
+}
+
+class VeryMany : public testing::TestWithParam<bool> {};
+
+INSTANTIATE_TEST_SUITE_P(, VeryMany, testing::Bool(),
+                         [](auto const & info) { return info.param ? "SeenOneByOne" : "FoundAtOnce"; });
+
+TEST_P(VeryMany, PortsOfOneHostComeAndGoOnASmallStack) {
+    TestSupport::onASmallStack([this] {
+        constexpr int kPorts = 50'000;
+        Scene scene(GetParam(), [](StatusV2 & v2) {
+            auto const host = v2.hostIs("h");
+            for (int i = 0; i < kPorts; ++i) host->portIs(std::to_string(i));
+        });
+        EXPECT_EQ(scene.v3->host("h")->port().size(), static_cast<std::uint32_t>(kPorts));
+        EXPECT_NE(scene.v3->host("h")->port("7777"), nullptr);
+        scene.sm = nullptr;
+        EXPECT_EQ(scene.v3->host("h"), nullptr);
+    });
+}
+
+// Every reference that there is leads through the same few objects.
+void fillWithLinks(StatusV2 & v2, std::vector<Vel::Name> const & names) {
+    auto const host = v2.hostIs("h");
+    auto const group = host->portGroupIs("g");
+    auto const edge = v2.edgeIs(host->portIs("from"));
+    for (Vel::Name const & name : names) {
+        auto const port = host->portIs(name);
+        port->portGroupIs(group);
+        group->memberPortIs(name, port);
+        host->logicalPortIs(name, port);
+        edge->toPortIs(port, true);
+        v2.edgeIs(port)->toPortIs(group, false);
+    }
+}
+
+void expectLinks(Status & v3, std::vector<Vel::Name> const & names) {
+    auto const host = v3.host("h");
+    auto const group = host->portGroup("g");
+    ASSERT_EQ(host->port().size(), names.size() + 1);
+    EXPECT_EQ(group->memberPort().size(), names.size());
+    EXPECT_EQ(host->logicalPort().size(), names.size());
+    EXPECT_EQ(v3.edge(host->port("from")->portKey())->toPort().size(), names.size());
+    EXPECT_EQ(v3.edge().size(), names.size() + 1);
+    EXPECT_EQ(host->port(names.back())->portGroup(), group.get());
+}
+
+void expectToComeAndGo(bool attachedBefore, std::vector<Vel::Name> const & names) {
+    TestSupport::onASmallStack([&] {
+        for (auto const & end : waysToEnd()) {
+            Scene scene(attachedBefore, [&](StatusV2 & v2) { fillWithLinks(v2, names); });
+            expectLinks(*scene.v3, names);
+            end(scene);
+        }
+    });
+}
+
+TEST_P(VeryMany, LinksComeAndGoOnASmallStack) {
+    std::vector<Vel::Name> names;
+    for (int i = 0; i < 3'000; ++i) names.emplace_back(std::to_string(i));
+    expectToComeAndGo(GetParam(), names);
+}
+
+// All of them stand in one chain, whose length is what a recursion would run along.
+TEST_P(VeryMany, NamesOfOneHashComeAndGoOnASmallStack) {
+    static auto const names = TestSupport::namesOfOneHash(9);
+    expectToComeAndGo(GetParam(), names);
+}
+
+}  // namespace
