@@ -264,8 +264,10 @@ TYPED_TEST(EntityCollections, LetMembersGoWhenTheOwnerDies) {
     auto const member = this->is(1);
     this->follower_ = nullptr;
     this->model_ = nullptr;
+    // The other owner may have come to stand where the first one did.
     auto const other = TypeParam::model("b");
     EXPECT_EQ(TypeParam::is(*other, member), member);
+    EXPECT_EQ(TypeParam::at(*other, this->key(1)), member);
 }
 
 TYPED_TEST(EntityCollections, AnswerARemovalWithWhatWasRemoved) {

@@ -65,18 +65,24 @@ std::vector<VelAttr const *> attributesOf(VelType const * type) {
 
 struct Case {
     std::function<GenericIf()> make;
-    std::function<std::function<Calls()>(GenericIf const &)> follow;
+    // Follows the object, runs the second argument inside each callback, and answers with what tells the
+    // calls.
+    std::function<std::function<Calls()>(GenericIf const &, std::function<void()>)> follow;
     std::vector<std::string> attributes;
     std::string silent = {};  // The attribute that nobody hears of.
 };
 
+template <class Model>
+std::function<Calls()> follow(GenericIf const & object, std::function<void()> inside) {
+    auto const recorder = followed(object.as<Vel::Ptr<Model>>());
+    recorder->act = [inside = std::move(inside)](std::string const &) { inside(); };
+    return [recorder] { return recorder->taken(); };
+}
+
 template <class Model, class... Arguments>
 Case caseOf(Vel::Ptr<Model> (*make)(Arguments...), std::vector<std::string> attributes,
             std::string silent = {}) {
-    return {[make] { return GenericIf::of(make(std::remove_cvref_t<Arguments>("x")...)); },
-            [](GenericIf const & object) -> std::function<Calls()> {
-                return [recorder = followed(object.as<Vel::Ptr<Model>>())] { return recorder->taken(); };
-            },
+    return {[make] { return GenericIf::of(make(std::remove_cvref_t<Arguments>("x")...)); }, &follow<Model>,
             std::move(attributes), std::move(silent)};
 }
 
@@ -99,10 +105,7 @@ std::map<std::string, Case> cases() {
     };
     all["DirectedEdgeV2"] = {
         [] { return GenericIf::of(DirectedEdgeV2::DirectedEdgeV2Is(PortV2::PortV2Is("x"))); },
-        [](GenericIf const & object) -> std::function<Calls()> {
-            auto const recorder = followed(object.as<Vel::Ptr<DirectedEdgeV2>>());
-            return [recorder] { return recorder->taken(); };
-        },
+        &follow<DirectedEdgeV2>,
         {"fromPort", "toPort", "toPortDelAll"}};
     return all;
 }
@@ -111,7 +114,8 @@ class TypeRecord : public testing::TestWithParam<std::string> {
 protected:
     Case const case_ = cases().at(GetParam());
     GenericIf const object_ = case_.make();
-    std::function<Calls()> const taken_ = case_.follow(object_);
+    std::function<void()> insideCallbacks_ = [] {};
+    std::function<Calls()> const taken_ = case_.follow(object_, [this] { insideCallbacks_(); });
 
     Calls expected(VelAttr const & attr) const {
         return attr.name() == case_.silent ? Calls{} : Calls{callbackOf(attr)};
@@ -155,12 +159,14 @@ TEST_P(TypeRecord, WritesWhatIsThenReadAndTellsOnce) {
         SCOPED_TRACE(attr->name());
         GenericIf const value = sample(*attr->type());
         EXPECT_FALSE(object_.attr(attr->name()) == value && attr->name() != case_.silent);
+        insideCallbacks_ = [&] { EXPECT_EQ(object_.attr(attr->name()), value) << "inside the callback"; };
         object_.attrIs(attr->name(), value);
         EXPECT_EQ(object_.attr(attr->name()), value);
         EXPECT_EQ(taken_(), expected(*attr));
         object_.attrIs(attr->name(), value);
         EXPECT_EQ(taken_(), Calls());
         if (attr->kind() == VelAttr::Kind::reference) {
+            insideCallbacks_ = [&] { EXPECT_TRUE(object_.attr(attr->name()).isNull()); };
             object_.attrIs(attr->name(), nullptr);
             EXPECT_TRUE(object_.attr(attr->name()).isNull());
             EXPECT_EQ(taken_(), expected(*attr));

@@ -138,11 +138,15 @@ TEST_F(TypeRecordTest, EveryAttributeThatIsWrittenReadsBackAndIsToldOnce) {
             SCOPED_TRACE(std::string(attr->owner()->name()) + "::" + std::string(attr->name()));
             GenericIf const value = sample(*attr->type());
             EXPECT_FALSE(subject.object.attr(attr->name()) == value);
+            journal.then = [&](std::string const &) {
+                EXPECT_TRUE(subject.object.attr(attr->name()) == value) << "inside the callback";
+            };
             subject.object.attrIs(attr->name(), value);
             EXPECT_TRUE(subject.object.attr(attr->name()) == value);
             EXPECT_THAT(journal.take(), ElementsAre(callbackOf(*attr) + "()"));
             subject.object.attrIs(attr->name(), value);
             EXPECT_THAT(journal.take(), IsEmpty());
+            journal.then = nullptr;
         }
     }
 }
