@@ -16,15 +16,16 @@ PortBaseFinder::PortBaseFinder(Vel::Ptr<NetworkTopology::HostV2 const> const & h
 PortBaseFinder::~PortBaseFinder() = default;
 
 void PortBaseFinder::visitPort(Vel::Ptr<NetworkTopology::PortV2 const> const & port) {
-    result_ = hostV3_ ? NetworkTopologyV3::PortBase::Ptr(hostV3_->port(port->name())) : nullptr;
+    result_ = hostV3_ && port ? NetworkTopologyV3::PortBase::Ptr(hostV3_->port(port->name())) : nullptr;
 }
 
 void PortBaseFinder::visitPortGroup(Vel::Ptr<NetworkTopology::PortGroupV2 const> const & group) {
-    result_ = hostV3_ ? NetworkTopologyV3::PortBase::Ptr(hostV3_->portGroup(group->name())) : nullptr;
+    result_ =
+        hostV3_ && group ? NetworkTopologyV3::PortBase::Ptr(hostV3_->portGroup(group->name())) : nullptr;
 }
 
 void PortBaseFinder::visitMlag(Vel::Ptr<NetworkTopology::MlagV2 const> const & mlag) {
-    result_ = hostV3_ ? NetworkTopologyV3::PortBase::Ptr(hostV3_->mlag(mlag->name())) : nullptr;
+    result_ = hostV3_ && mlag ? NetworkTopologyV3::PortBase::Ptr(hostV3_->mlag(mlag->name())) : nullptr;
 }
 
 NetworkTopologyV3::PortBase::Ptr

@@ -29,6 +29,7 @@ public:
                    Vel::Ptr<NetworkTopologyV3::Host> const & hostV3);
     ~PortBaseFinder() override;
 
+    // Null finds nothing.
     void visitPort(Vel::Ptr<NetworkTopology::PortV2 const> const & port) override;
     void visitPortGroup(Vel::Ptr<NetworkTopology::PortGroupV2 const> const & group) override;
     void visitMlag(Vel::Ptr<NetworkTopology::MlagV2 const> const & mlag) override;

@@ -158,7 +158,7 @@ void V2Sm::edgeIs(Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const & edge) 
 
 Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> V2Sm::edgeDel(FromPort const & fromPort) {
     Vel::KeepAlive const keepRoot(*this);
-    auto const reactor = reactorDel(edge_, FromPort(fromPort));
+    auto const reactor = reactorDel(edge_, fromPort);
     return reactor ? reactor->notifier() : nullptr;
 }
 

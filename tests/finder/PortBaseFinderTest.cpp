@@ -90,6 +90,18 @@ TEST_F(PortBaseFinderTest, FindsNothingForNullAndForgetsTheResult) {
     EXPECT_EQ(finder->result(), nullptr);
 }
 
+TEST_F(PortBaseFinderTest, FindsNothingOnAVisitOfNull) {
+    finder->find(port);
+    finder->visitPort(nullptr);
+    EXPECT_EQ(finder->result(), nullptr);
+    finder->find(group);
+    finder->visitPortGroup(nullptr);
+    EXPECT_EQ(finder->result(), nullptr);
+    finder->find(mlag);
+    finder->visitMlag(nullptr);
+    EXPECT_EQ(finder->result(), nullptr);
+}
+
 TEST_F(PortBaseFinderTest, WithoutVersion3HostFindsNothing) {
     auto const blind = portBaseFinderFactory(hostV2, nullptr);
     for (PortBaseV2 * const portBase : std::array<PortBaseV2 *, 3>{port.get(), group.get(), mlag.get()}) {
