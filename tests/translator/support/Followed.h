@@ -15,10 +15,10 @@
 namespace TestSupport {
 
 // Host "a" with one of everything (`fillWithOneOfEach`) and its translator.
-struct Followed : testing::Test {
+struct FollowedScene {
     using V2Sm = NetworkTopologyAggregator::V2Sm;
 
-    Followed() {
+    FollowedScene() {
         fillWithOneOfEach(*models.v2);
         sm = NetworkTopologyAggregator::v2SmFactory("sm", models.v2, models.v3);
         hostV2 = models.v2->host("a");
@@ -42,5 +42,7 @@ struct Followed : testing::Test {
     NetworkTopology::HostV2::Ptr hostV2;
     V2Sm::VelHost::Ptr host;
 };
+
+struct Followed : testing::Test, FollowedScene {};
 
 }  // namespace TestSupport
