@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -32,8 +33,13 @@ CLI::Option * addChoice(CLI::App & command, std::string const & name, Value & va
     return command.add_option(name, value, help)->type_name(list)->check(isOneOfThem, "");
 }
 
+// Adds an option that takes a whole number in decimal digits, from `least` to `greatest`.
+CLI::Option * addNumber(CLI::App & command, std::string const & name, std::uint64_t & value,
+                        std::uint64_t least, std::uint64_t greatest, std::string const & help);
+
 // Each declares its subcommand below `program`.
 Subcommand translateCommand(CLI::App & program);
+Subcommand generateCommand(CLI::App & program);
 Subcommand inspectCommand(CLI::App & program);
 Subcommand schemaCommand(CLI::App & program);
 

@@ -21,8 +21,13 @@ using ::testing::StartsWith;
 std::string const kFabric = TestSupport::sourcePath("examples/dual-homed-fabric.json");
 
 TEST(Usage, HelpIsAResult) {
-    for (std::vector<std::string> const & arguments : std::vector<std::vector<std::string>>{
-             {"--help"}, {"-h"}, {"translate", "--help"}, {"inspect", "-h"}, {"schema", "--help"}}) {
+    for (std::vector<std::string> const & arguments :
+         std::vector<std::vector<std::string>>{{"--help"},
+                                               {"-h"},
+                                               {"translate", "--help"},
+                                               {"inspect", "-h"},
+                                               {"schema", "--help"},
+                                               {"generate", "--help"}}) {
         ProgramRun const run = runProgram(arguments);
         EXPECT_EQ(run.status, 0);
         EXPECT_THAT(run.output, HasSubstr("Usage: topology-sync"));
@@ -32,10 +37,9 @@ TEST(Usage, HelpIsAResult) {
 
 TEST(Usage, HelpNamesWhatThereIs) {
     std::string const help = runProgram({"--help"}).output;
-    for (char const * word : {"translate", "inspect", "schema", "--version", "--help"})
+    for (char const * word : {"translate", "generate", "inspect", "schema", "--version", "--help"})
         EXPECT_THAT(help, HasSubstr(word));
-    for (char const * word : {"follow", "check", "generate"})
-        EXPECT_THAT(help, ::testing::Not(HasSubstr(word)));
+    for (char const * word : {"follow", "check"}) EXPECT_THAT(help, ::testing::Not(HasSubstr(word)));
     std::string const translate = runProgram({"translate", "--help"}).output;
     for (char const * word : {"FILE", "--attach", "--format", "--from", "--network", "--output"}) {
         EXPECT_THAT(translate, HasSubstr(word));
@@ -82,8 +86,13 @@ TEST(Usage, BadUsageSaysWhatIsWrongAndWhereHelpIs) {
 }
 
 std::vector<std::vector<std::string>> writers() {
-    return {{"--help"},       {"--version"},          {"inspect"},
-            {"schema", "v3"}, {"translate", kFabric}, {"translate", "--format", "svg", kFabric}};
+    return {{"--help"},
+            {"--version"},
+            {"inspect"},
+            {"schema", "v3"},
+            {"generate", "--hosts", "300"},
+            {"translate", kFabric},
+            {"translate", "--format", "svg", kFabric}};
 }
 
 TEST(Usage, OutputThatCannotBeWrittenIsAnError) {
