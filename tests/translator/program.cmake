@@ -1,6 +1,6 @@
 # How this folder's program differs from the others: it holds the object files of the libraries instead of linking
 # them, because the linker can put a recorder only before calls from one object file of a program into another.
-# Recorders.cpp and FlagLog.cpp tell which functions have one.
+# Recorders.cpp, FlagLog.cpp and WalkCount.cpp tell which functions have one.
 target_sources(${target} PRIVATE
     $<TARGET_OBJECTS:network-topology-platform>
     $<TARGET_OBJECTS:network-topology-aggregator>
@@ -8,7 +8,7 @@ target_sources(${target} PRIVATE
 target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR})
 
 set(recorded "")
-foreach(source IN ITEMS Recorders FlagLog)
+foreach(source IN ITEMS Recorders FlagLog WalkCount)
     set(source ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/support/${source}.cpp)
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${source})
     file(READ ${source} text)
