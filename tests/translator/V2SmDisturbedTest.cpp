@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <functional>
 #include <new>
-#include <ostream>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -12,6 +11,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/support/Allocations.h"
+#include "tests/translator/support/Disturbances.h"
 #include "tests/translator/support/Dump.h"
 #include "tests/translator/support/OutputFollower.h"
 #include "tests/translator/support/Topologies.h"
@@ -30,17 +30,22 @@ using testing::Contains;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
-using TestSupport::addHostWithOneOfEach;
 using TestSupport::Change;
+using TestSupport::Disturbance;
+using TestSupport::disturbancesOfTheModels;
+using TestSupport::disturbancesOfTheRoot;
+using TestSupport::disturbEveryChange;
 using TestSupport::dumped;
 using TestSupport::everyKindOfChange;
 using TestSupport::expectNoTranslatorObjects;
 using TestSupport::fillWithOneOfEach;
 using TestSupport::fillWithThreeHosts;
+using TestSupport::followingScene;
 using TestSupport::forEveryStep;
 using TestSupport::Lines;
 using TestSupport::Models;
 using TestSupport::OutputFollower;
+using TestSupport::Scene;
 using TestSupport::unpopulated;
 using TestSupport::WriteLog;
 
@@ -164,130 +169,10 @@ TEST(CreationRefused, LeavesTheInputWithoutFollowers) {
 
 // Disturbances
 
-// A translator at work and what may be done to it from inside a write.
-struct Scene {
-    Models const models = {};
-    Models const others = {};
-    V2Sm::Ptr sm;
-};
-
-struct Disturbance {
-    std::string name;
-    std::function<void(Scene & scene)> make;
-
-    friend void PrintTo(Disturbance const & disturbance, std::ostream * out) { *out << disturbance.name; }
-};
-
-// What disturbs the root itself. The root may be gone already.
-std::vector<Disturbance> const & disturbancesOfTheRoot() {
-    static std::vector<Disturbance> const disturbances = {
-        {"LetGo", [](Scene & scene) { scene.sm = nullptr; }},
-        {"V2Del", [](Scene & scene) { scene.sm->v2Del(); }},
-        {"V3Del", [](Scene & scene) { scene.sm->v3Del(); }},
-        {"V2IsNull", [](Scene & scene) { scene.sm->v2Is(nullptr); }},
-        {"V3IsNull", [](Scene & scene) { scene.sm->v3Is(nullptr); }},
-        {"V2IsOther", [](Scene & scene) { scene.sm->v2Is(scene.others.v2); }},
-        {"V3IsOther", [](Scene & scene) { scene.sm->v3Is(scene.others.v3); }},
-        {"V2Afresh",
-         [](Scene & scene) {
-             scene.sm->v2Del();
-             scene.sm->v2Is(scene.models.v2);
-         }},
-        {"V3Afresh",
-         [](Scene & scene) {
-             scene.sm->v3Del();
-             scene.sm->v3Is(scene.models.v3);
-         }},
-        {"V2DelThenLetGo",
-         [](Scene & scene) {
-             scene.sm->v2Del();
-             scene.sm = nullptr;
-         }},
-        {"Inactive", [](Scene & scene) { scene.sm->hasNotificationActiveIs(false); }},
-        {"Retired", [](Scene & scene) { scene.sm->velDoZombieReactors(true); }},
-        {"RetiredAndRevived",
-         [](Scene & scene) {
-             scene.sm->velDoZombieReactors(true);
-             scene.sm->velDoZombieReactors(false);
-         }},
-        {"HostDelAll", [](Scene & scene) { scene.sm->hostDelAll(); }},
-        {"EdgeDelAll", [](Scene & scene) { scene.sm->edgeDelAll(); }},
-        {"Populated", [](Scene & scene) { scene.sm->populateV3(); }},
-        {"Resynchronised",
-         [](Scene & scene) {
-             if (auto const velV2 = scene.sm->velV2()) {
-                 velV2->onHostvelImmediate();
-                 velV2->onEdgevelImmediate();
-             }
-         }},
-    };
-    return disturbances;
-}
-
-// What disturbs the models: every kind of change of the input, and another writer of the output.
-std::vector<Disturbance> const & disturbancesOfTheModels() {
-    static std::vector<Disturbance> const disturbances = [] {
-        std::vector<Disturbance> made;
-        for (Change const & change : everyKindOfChange()) {
-            made.push_back({change.name, [&change](Scene & scene) { change.make(*scene.models.v2); }});
-        }
-        made.push_back({"OutputHostDelAll", [](Scene & scene) { scene.models.v3->hostDelAll(); }});
-        made.push_back({"OutputEdgeDelAll", [](Scene & scene) { scene.models.v3->edgeDelAll(); }});
-        made.push_back({"OutputMembersDelAll", [](Scene & scene) {
-                            for (auto const & host : scene.models.v3->host()) {
-                                host->portDelAll();
-                                host->portGroupDelAll();
-                                host->mlagDelAll();
-                            }
-                        }});
-        made.push_back({"ManyHosts", [](Scene & scene) {
-                            for (int i = 0; i < 40; ++i) {
-                                scene.models.v2->hostIs("many-" + std::to_string(i))->portIs("p");
-                            }
-                        }});
-        return made;
-    }();
-    return disturbances;
-}
-
-// Runs `work` again and again, each time with the disturbance inside the next change of the output, until
-// there are no more changes to be disturbed. At the end of each, nothing of the translator is left. `least`
-// changes there are.
-void disturbEveryChange(Disturbance const & disturbance, std::function<void(Scene & scene)> const & prepare,
-                        std::function<void(Scene & scene)> const & work, std::size_t least = 1) {
-    SCOPED_TRACE(disturbance.name);
-    auto const steps = forEveryStep([&](std::size_t n) {
-        bool disturbed = false;
-        {
-            Scene scene;
-            fillWithThreeHosts(*scene.models.v2);
-            addHostWithOneOfEach(*scene.others.v2, "a");
-            addHostWithOneOfEach(*scene.others.v2, "other");
-            prepare(scene);
-            std::size_t changes = 0;
-            {
-                OutputFollower const follower(scene.models.v3, [&](auto const &) {
-                    if (++changes != n) return;
-                    disturbed = true;
-                    disturbance.make(scene);
-                });
-                work(scene);
-            }
-            scene.sm = nullptr;
-        }
-        expectNoTranslatorObjects();
-        return disturbed && !testing::Test::HasFailure();
-    });
-    EXPECT_GE(steps, least);
-}
-
 class DisturbedByTheRoot : public testing::TestWithParam<Disturbance> {};
 class DisturbedByTheModels : public testing::TestWithParam<Disturbance> {};
 
 constexpr auto unpopulatedScene = [](Scene & scene) { scene.sm = unpopulated(scene.models); };
-constexpr auto followingScene = [](Scene & scene) {
-    scene.sm = v2SmFactory("sm", scene.models.v2, scene.models.v3);
-};
 // The caller's own reference may go meanwhile, as that of any caller of an entry point may.
 constexpr auto populate = [](Scene & scene) {
     V2Sm & root = *scene.sm;
