@@ -15,8 +15,8 @@ constexpr char kNullEdge[] =
     "null _edge parameter to mutator for NetworkTopologyAggregator::V2Sm::edge not allowed\"";
 constexpr char const * kNullMember[] = {
     "null _port parameter to mutator for NetworkTopologyAggregator::V2Sm::VelHost::port not allowed\"",
-    "null _portGroup parameter to mutator for NetworkTopologyAggregator::V2Sm::VelHost::portGroup not "
-    "allowed\"",
+    ("null _portGroup parameter to mutator for NetworkTopologyAggregator::V2Sm::VelHost::portGroup not "
+     "allowed\""),
     "null _mlag parameter to mutator for NetworkTopologyAggregator::V2Sm::VelHost::mlag not allowed\""};
 
 std::size_t slot(MemberKind kind) { return static_cast<std::size_t>(kind); }
@@ -1401,7 +1401,7 @@ void Oracle::destroyReactor(Id reactor) {
 void Oracle::create(Id statusV2, Id statusV3) {
     Operation const operation(*this);
     if (root_) throw std::logic_error("there is a translator already");
-    root_.emplace();
+    root_.emplace(Root());
     if (statusV3 != kNull) root_->v3 = newVelV3(statusV3);
     if (statusV2 != kNull) root_->v2 = newVelV2(statusV2);
     populate();

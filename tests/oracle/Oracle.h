@@ -80,16 +80,22 @@ struct Document {
     struct Port {
         int type = 0;
         std::string portGroup = "null";
+
+        bool operator==(Port const &) const = default;
     };
     struct PortGroup {
         int type = 0;
         std::map<Name, std::string> memberPort;
         std::string mlag = "null";
+
+        bool operator==(PortGroup const &) const = default;
     };
     struct Mlag {
         int type = 0;
         Name secondaryName;
         std::string localPortGroup = "null";
+
+        bool operator==(Mlag const &) const = default;
     };
     struct Host {
         std::string hostname;
@@ -102,12 +108,15 @@ struct Document {
         std::map<Name, Mlag> mlag;
         std::map<Name, std::string> mlagRaw;
         std::map<Name, std::string> logicalPort;
+
+        bool operator==(Host const &) const = default;
     };
 
     std::string localhost = "null";
     std::map<Name, Host> host;
     std::map<std::string, std::map<std::string, bool>> edge;  // by the path that the port base has, or had
 
+    bool operator==(Document const &) const = default;
     std::string text() const;
 };
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cctype>
 #include <iterator>
+#include <set>
+#include <tuple>
 
 namespace oracle {
 
@@ -340,28 +342,22 @@ std::string bracketed(std::vector<Name> names) {
     return out + "]";
 }
 
-namespace {
-
-std::string flagsText(bool active, bool zombie) {
-    return std::string(active ? " active" : " silent") + (zombie ? " zombie" : " live");
+bool ReactorState::operator<(ReactorState const & other) const {
+    auto const flags = [](ReactorState const & of) { return std::tuple(of.bound, of.active, of.zombie); };
+    return std::tuple(std::tie(kind, name), flags(*this), std::tie(children)) <
+           std::tuple(std::tie(other.kind, other.name), flags(other), std::tie(other.children));
 }
 
-std::string reactorLines(std::vector<ReactorLine> const & reactors, std::string const & indent) {
-    std::vector<std::string> blocks;
-    for (auto const & r : reactors) {
-        blocks.push_back(indent + r.kind + " " + quoted(r.name) + (r.bound ? " bound" : " unbound") +
-                         flagsText(r.active, r.zombie) + "\n" + reactorLines(r.members, indent + "  "));
-    }
-    std::sort(blocks.begin(), blocks.end());
-    std::string out;
-    for (auto const & block : blocks) out += block;
+void ReactorState::sort() {
+    for (ReactorState & child : children) child.sort();
+    std::sort(children.begin(), children.end());
+}
+
+std::string ReactorState::text(std::string const & indent) const {
+    std::string out = indent + kind + " " + quoted(name) + (bound ? " bound" : " unbound") +
+                      (active ? " active" : " silent") + (zombie ? " zombie" : " live") + "\n";
+    for (ReactorState const & child : children) out += child.text(indent + "  ");
     return out;
-}
-
-}  // namespace
-
-std::string reactorsText(bool rootActive, bool rootZombie, std::vector<ReactorLine> const & reactors) {
-    return "root" + flagsText(rootActive, rootZombie) + "\n" + reactorLines(reactors, "");
 }
 
 // ---- OracleSubject
@@ -543,7 +539,7 @@ void OracleSubject::edgeReactorUnbind(Handle fromPort) {
     oracle_.reactorNotifierIs(oracle_.edgeReactor(id(fromPort)), kNull);
 }
 
-std::string OracleSubject::dump(Handle statusV3) const { return oracle_.document(id(statusV3)).text(); }
+Document OracleSubject::document(Handle statusV3) const { return oracle_.document(id(statusV3)); }
 
 std::optional<std::vector<std::string>> OracleSubject::changes() const { return oracle_.changes(); }
 
@@ -612,35 +608,35 @@ std::optional<std::string> OracleSubject::describe(Handle object) const {
     return std::nullopt;
 }
 
-std::optional<std::string> OracleSubject::reactors() const {
-    if (!oracle_.exists()) return "none";
-    auto const line = [&](std::string kind, Id reactor, Name name) {
+std::optional<ReactorState> OracleSubject::reactors() const {
+    if (!oracle_.exists()) return ReactorState{.kind = "none"};
+    auto const state = [&](std::string kind, Id reactor, Name name) {
         bool const bound = oracle_.reactorNotifier(reactor) != kNull;
-        return ReactorLine{std::move(kind),
-                           bound ? std::move(name) : Name(),
-                           bound,
-                           oracle_.reactorActive(reactor),
-                           oracle_.reactorZombie(reactor),
-                           {}};
+        return ReactorState{std::move(kind),
+                            bound ? std::move(name) : Name(),
+                            bound,
+                            oracle_.reactorActive(reactor),
+                            oracle_.reactorZombie(reactor),
+                            {}};
     };
-    std::vector<ReactorLine> lines;
-    if (oracle_.velV2() != kNull) lines.push_back(line("VelV2", oracle_.velV2(), ""));
-    if (oracle_.velV3() != kNull) lines.push_back(line("VelV3", oracle_.velV3(), ""));
+    ReactorState root{"root", "", true, oracle_.active(), oracle_.zombie(), {}};
+    if (oracle_.velV2() != kNull) root.children.push_back(state("VelV2", oracle_.velV2(), ""));
+    if (oracle_.velV3() != kNull) root.children.push_back(state("VelV3", oracle_.velV3(), ""));
     for (auto const & name : oracle_.hostReactors()) {
-        auto host = line("host", oracle_.hostReactor(name), name);
+        auto host = state("host", oracle_.hostReactor(name), name);
         for (MemberKind const kind : kMemberKinds) {
             for (auto const & member : oracle_.memberReactors(name, kind)) {
-                host.members.push_back(
-                    line(collectionName(kind), oracle_.memberReactor(name, kind, member), member));
+                host.children.push_back(
+                    state(collectionName(kind), oracle_.memberReactor(name, kind, member), member));
             }
         }
-        lines.push_back(std::move(host));
+        root.children.push_back(std::move(host));
     }
     for (Id const port : oracle_.edgeReactors()) {
-        lines.push_back(
-            line("edge", oracle_.edgeReactor(port), port == kNull ? "" : oracle_.portBaseV2(port).name));
+        root.children.push_back(
+            state("edge", oracle_.edgeReactor(port), port == kNull ? "" : oracle_.portBaseV2(port).name));
     }
-    return reactorsText(oracle_.active(), oracle_.zombie(), lines);
+    return root;
 }
 
 // ---- tapes
@@ -691,9 +687,11 @@ public:
         }
         keep(call);
         for (Handle const output : outputs_) {
-            if (auto found = differ("version 3", a_.dump(output), b_.dump(output))) return found;
+            Document const ofA = a_.document(output);
+            Document const ofB = b_.document(output);
+            if (ofA != ofB) return Difference{index_, "version 3", ofA.text(), ofB.text()};
         }
-        if (auto found = differIfKnown("the reactors", a_.reactors(), b_.reactors())) return found;
+        if (auto found = reactors()) return found;
         auto const changes = b_.changes();
         if (!changes) return std::nullopt;
         auto const others = a_.changes();
@@ -712,6 +710,16 @@ public:
     }
 
 private:
+    Found reactors() const {
+        auto ofA = a_.reactors();
+        auto ofB = b_.reactors();
+        if (!ofA || !ofB) return std::nullopt;
+        ofA->sort();
+        ofB->sort();
+        if (*ofA == *ofB) return std::nullopt;
+        return Difference{index_, "the reactors", ofA->text(), ofB->text()};
+    }
+
     void keep(Call const & call) {
         if (call.op == Op::Drop) {
             inputs_.erase(call.self);
@@ -1229,7 +1237,7 @@ public:
     void edgeReactorUnbind(Handle fromPort) override {
         onReactor("t->edge(" + ref(fromPort) + ")", "notifierIs(nullptr)");
     }
-    std::string dump(Handle) const override { return {}; }
+    Document document(Handle) const override { return {}; }
 
 private:
     static char const * prefix(MemberKind kind) {

@@ -135,6 +135,22 @@ struct Call {
     bool flag = false;
 };
 
+// A reactor: its key as it answers now, and its flags.
+struct ReactorState {
+    std::string kind =
+        {};     // "root", "VelV2", "VelV3", "host", "edge", or collectionName() of a member's kind
+    Name name;  // of the object followed; of an edge's from-port; empty for a status or without an object
+    bool bound = false;
+    bool active = false;
+    bool zombie = false;
+    std::vector<ReactorState> children = {};  // in any order
+
+    bool operator==(ReactorState const &) const = default;
+    bool operator<(ReactorState const & other) const;
+    void sort();  // into an order that tells of equal states that they are equal
+    std::string text(std::string const & indent = "") const;
+};
+
 // What can be driven: the oracle, or an adapter over real models and a real translator.
 //
 // An adapter keeps a table from handle to object. On drop it lets its counted reference go but keeps the
@@ -234,8 +250,7 @@ public:
     virtual void memberReactorUnbind(Name const & host, MemberKind kind, Name const & name) = 0;
     virtual void edgeReactorUnbind(Handle fromPort) = 0;
 
-    // The version-3 model, in the form of Document.
-    virtual std::string dump(Handle statusV3) const = 0;
+    virtual Document document(Handle statusV3) const = 0;
 
     // Compared only when both subjects answer.
 
@@ -243,8 +258,8 @@ public:
     virtual std::optional<std::vector<std::string>> changes() const { return std::nullopt; }
     // A version-2 object as facts() renders it.
     virtual std::optional<std::string> describe(Handle) const { return std::nullopt; }
-    // The reactors as reactorsText() renders them.
-    virtual std::optional<std::string> reactors() const { return std::nullopt; }
+    // The root; without a translator, a reactor of kind "none".
+    virtual std::optional<ReactorState> reactors() const { return std::nullopt; }
 
     // In which order this subject walks a collection; an empty result means that it does not say. An
     // OracleSubject can follow. walkPorts() serves Walk::Edge (the from-ports) and Walk::ToPort, and answers
@@ -266,18 +281,6 @@ public:
 //   DirectedEdgeV2  fromPort, toPort
 std::string facts(std::vector<std::pair<std::string, std::string>> const & attributes);
 std::string bracketed(std::vector<Name> names);  // sorts
-
-// The state of a translator's reactors: their keys as they answer now (empty when unbound) and flags. Without
-// a translator reactors() answers "none".
-struct ReactorLine {
-    std::string kind;  // "VelV2", "VelV3", "host", "edge", or collectionName() of a member's kind
-    Name name;         // of the object followed; of an edge's from-port; empty for a status
-    bool bound = false;
-    bool active = false;
-    bool zombie = false;
-    std::vector<ReactorLine> members;
-};
-std::string reactorsText(bool rootActive, bool rootZombie, std::vector<ReactorLine> const & reactors);
 
 // The oracle as a subject. With a leader it walks every collection in the leader's order; the leader must
 // have carried out the operation already.
@@ -362,10 +365,10 @@ public:
     void hostReactorUnbind(Name const & host) override;
     void memberReactorUnbind(Name const & host, MemberKind kind, Name const & name) override;
     void edgeReactorUnbind(Handle fromPort) override;
-    std::string dump(Handle statusV3) const override;
+    Document document(Handle statusV3) const override;
     std::optional<std::vector<std::string>> changes() const override;
     std::optional<std::string> describe(Handle object) const override;
-    std::optional<std::string> reactors() const override;
+    std::optional<ReactorState> reactors() const override;
 
 protected:
     Id id(Handle handle) const { return idOf(handle); }

@@ -362,19 +362,19 @@ Document::Host document(Status const & status, Host const & host) {
 
 }  // namespace
 
-std::string TranslatorSubject::dump(Handle handle) const {
+Document TranslatorSubject::document(Handle handle) const {
     Status const & status = *at<Status>(handle);
     Document out;
     if (auto const & localhost = status.localhost();
         localhost && status.host(localhost->name()) == localhost) {
         out.localhost = hostPath(plain(localhost->name()));
     }
-    for (auto const & host : status.host()) out.host[plain(host->name())] = document(status, *host);
+    for (auto const & host : status.host()) out.host[plain(host->name())] = oracle::document(status, *host);
     for (auto const & edge : status.edge()) {
         auto & destinations = out.edge[printed(edge->fromPort())];
         for (auto const & to : edge->toPort()) destinations[printed(to.key())] = to.value();
     }
-    return out.text();
+    return out;
 }
 
 // ---- the version-2 model and the reactors
@@ -471,37 +471,37 @@ std::optional<std::string> TranslatorSubject::describe(Handle object) const {
     return facts(out);
 }
 
-std::optional<std::string> TranslatorSubject::reactors() const {
-    if (!translator_) return "none";
-    auto const line = [](std::string kind, Name name, auto const & reactor) {
-        ReactorLine out;
-        out.kind = std::move(kind);
-        out.name = std::move(name);
-        out.bound = reactor.notifier() != nullptr;
-        out.active = reactor.hasNotificationActive();
-        out.zombie = reactor.velMarkedForDeletion();
-        return out;
+std::optional<ReactorState> TranslatorSubject::reactors() const {
+    if (!translator_) return ReactorState{.kind = "none"};
+    auto const state = [](std::string kind, Name name, auto const & reactor) {
+        return ReactorState{std::move(kind),
+                            std::move(name),
+                            reactor.notifier() != nullptr,
+                            reactor.hasNotificationActive(),
+                            reactor.velMarkedForDeletion(),
+                            {}};
     };
-    std::vector<ReactorLine> lines;
-    if (auto const v2 = translator_->velV2()) lines.push_back(line("VelV2", "", *v2));
-    if (auto const v3 = translator_->velV3()) lines.push_back(line("VelV3", "", *v3));
+    ReactorState root{
+        "root", "", true, translator_->hasNotificationActive(), translator_->velMarkedForDeletion(), {}};
+    if (auto const v2 = translator_->velV2()) root.children.push_back(state("VelV2", "", *v2));
+    if (auto const v3 = translator_->velV3()) root.children.push_back(state("VelV3", "", *v3));
     for (auto const & host : translator_->host()) {
-        auto it = line("host", plain(host->fwkKey()), *host);
+        auto it = state("host", plain(host->fwkKey()), *host);
         auto const add = [&](MemberKind kind, auto const & range) {
             for (auto const & member : range) {
-                it.members.push_back(line(collectionName(kind), plain(member->fwkKey()), *member));
+                it.children.push_back(state(collectionName(kind), plain(member->fwkKey()), *member));
             }
         };
         add(MemberKind::Port, host->port());
         add(MemberKind::PortGroup, host->portGroup());
         add(MemberKind::Mlag, host->mlag());
-        lines.push_back(std::move(it));
+        root.children.push_back(std::move(it));
     }
     for (auto const & edge : translator_->edge()) {
         auto const from = edge->fwkKey();
-        lines.push_back(line("edge", from ? plain(from->name()) : "", *edge));
+        root.children.push_back(state("edge", from ? plain(from->name()) : "", *edge));
     }
-    return reactorsText(translator_->hasNotificationActive(), translator_->velMarkedForDeletion(), lines);
+    return root;
 }
 
 }  // namespace oracle

@@ -86,9 +86,9 @@ public:
     void hostReactorUnbind(Name const & host) override;
     void memberReactorUnbind(Name const & host, MemberKind kind, Name const & name) override;
     void edgeReactorUnbind(Handle fromPort) override;
-    std::string dump(Handle statusV3) const override;
+    Document document(Handle statusV3) const override;
     std::optional<std::string> describe(Handle object) const override;
-    std::optional<std::string> reactors() const override;
+    std::optional<ReactorState> reactors() const override;
     std::vector<Name> walkNames(Walk walk, Handle owner) const override;
     std::vector<Handle> walkPorts(Walk walk, Handle owner) const override;
 
