@@ -446,7 +446,7 @@ private:
 };
 
 TEST(HashMapWalk, OfACollectionThatChangesAtEveryStepFollowsAModel) {
-    for (unsigned seed = 0; seed < 3000; ++seed) {
+    for (unsigned seed = 0; seed < 1000; ++seed) {
         SCOPED_TRACE(testing::Message() << "seed " << seed);
         RandomWalk(seed).run();
         if (testing::Test::HasFatalFailure()) return;

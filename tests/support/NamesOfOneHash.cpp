@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <random>
 #include <string>
-#include <unordered_map>
 
 namespace TestSupport {
 
@@ -14,25 +13,34 @@ namespace TestSupport {
 // them leads to one hash again.
 std::vector<Vel::Name> namesOfOneHash(unsigned blocks) {
     constexpr std::size_t kBlock = 8;
-    std::mt19937_64 random(11);
+    constexpr unsigned kSeenBits = 18;
+    struct Seen {
+        std::uint32_t hash;
+        std::uint32_t block;
+        bool used = false;
+    };
+    std::mt19937 random(11);
     std::string text(blocks * kBlock, 'x');
     std::vector<std::array<std::string, 2>> pairs;
     for (std::size_t at = 0; at < text.size(); at += kBlock) {
-        std::unordered_map<std::uint32_t, std::uint64_t> seen;
-        seen.reserve(1U << 18);
-        auto const put = [&](std::uint64_t block) {
+        auto const put = [&](std::uint32_t block) {
             for (std::size_t i = 0; i < kBlock; ++i)
                 text[at + i] = static_cast<char>('a' + (block >> 4 * i & 15U));
+        };
+        auto const textOf = [&](std::uint32_t block) {
+            put(block);
             return text.substr(at, kBlock);
         };
-        for (;;) {
-            std::uint64_t const block = random() & 0xffffffffU;
+        std::vector<Seen> seen(1U << kSeenBits);  // Of each group of hashes the last one.
+        while (pairs.size() == at / kBlock) {
+            auto const block = static_cast<std::uint32_t>(random());
             put(block);
-            auto const [found, isNew] = seen.emplace(Vel::String(text).hash(), block);
-            if (!isNew && found->second != block) {
-                pairs.push_back({put(found->second), put(block)});
-                break;
+            std::uint32_t const hash = Vel::String(text).hash();
+            Seen & last = seen[hash >> (32 - kSeenBits)];
+            if (last.used && last.hash == hash && last.block != block) {
+                pairs.push_back({textOf(last.block), textOf(block)});
             }
+            last = {hash, block, true};
         }
     }
     std::vector<Vel::Name> names;
