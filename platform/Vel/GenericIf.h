@@ -87,7 +87,7 @@ public:
     static GenericIf of(Ptr<T> const & object) {
         return GenericIf(object);
     }
-    // Wraps a value of any type that has a record, a pointer to an object, or an empty optional as null.
+    // Wraps a value of any type that has a record, or a pointer to an object.
     template <class T>
     static GenericIf wrap(T const & value);
 
