@@ -59,9 +59,10 @@ void V2Sm::VelV2::onLocalhost() {
 
 void V2Sm::VelV2::onEdge(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & fromPort) {
     Vel::KeepAlive const keepThis(*this);
-    reconcileKey([&] { return owner_ && notifier(); }, [&] { return notifier()->edge(fromPort); },
+    FromPort const key = fromPort;  // The caller's may live in what goes away meanwhile.
+    reconcileKey([&] { return owner_ && notifier(); }, [&] { return notifier()->edge(key); },
                  [&](Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const & edge) { owner_->edgeIs(edge); },
-                 [&] { owner_->edgeDel(fromPort); });
+                 [&] { owner_->edgeDel(key); });
 }
 
 void V2Sm::VelV2::onEdgevelImmediate() {

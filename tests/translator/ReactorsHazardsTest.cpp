@@ -255,6 +255,91 @@ TEST_F(Reactors, OfAnEdgeThatLeavesWhileItIsMirroredLeaveWithIt) {
     EXPECT_EQ(models.v3->edge(models.v3->host("a")->portGroup("g")->portKey()), nullptr);
 }
 
+// Changes within changes
+
+TEST_F(Reactors, MirrorChangesWithinChangesToDepthFourInTheOrderInWhichTheyAreMade) {
+    auto const port = hostV2->port("p");
+    std::uint32_t depth = 0;
+    OutputFollower const follower(models.v3, [&](std::string const & change) {
+        if (change != "/host/a/port/p onType()" || depth == 4) return;
+        ++depth;
+        port->typeIs(static_cast<NetworkTopology::PortTypeV2>(depth % 3 + 1));
+    });
+    port->typeIs(NetworkTopology::PortTypeV2::unknown);
+    WriteLog log;
+    depth = 0;
+    port->typeIs(NetworkTopology::PortTypeV2::mlag);
+    EXPECT_THAT(log.taken(), ElementsAre("/host/a/port/p typeIs(mlag)", "/host/a/port/p typeIs(portGroup)",
+                                         "/host/a/port/p typeIs(mlag)", "/host/a/port/p typeIs(port)",
+                                         "/host/a/port/p typeIs(portGroup)"));
+    EXPECT_EQ(hostV3()->port("p")->type(), NetworkTopologyV3::PortType::portGroup);
+}
+
+TEST_F(Reactors, OfTwoMembersWhoseFollowersAnswerEachOtherComeToAnEnd) {
+    auto const port = hostV2->port("p");
+    auto const mlag = hostV2->mlag("m");
+    std::uint32_t value = 4;
+    OutputFollower const one(models.v3, [&](std::string const & change) {
+        if (change == "/host/a/port/p onPortGroup()" && value > 0) {
+            mlag->localPortGroupIs(--value % 2 == 0 ? hostV2->portGroup("g") : nullptr);
+        }
+    });
+    OutputFollower const two(models.v3, [&](std::string const & change) {
+        if (change == "/host/a/mlag/m onLocalPortGroup()") {
+            port->portGroupIs(value % 2 == 0 ? hostV2->portGroup("g") : nullptr);
+        }
+    });
+    port->portGroupIs(nullptr);
+    EXPECT_EQ(bool(hostV3()->port("p")->portGroup()), bool(port->portGroup()));
+    EXPECT_EQ(bool(hostV3()->mlag("m")->localPortGroup()), bool(mlag->localPortGroup()));
+    EXPECT_LT(value, 4U);
+}
+
+// A reactor that is removed, or leaves its object's list and enters it again, from inside its own writes.
+TEST_F(Reactors, ThatAreDeletedRegisteredAgainOrReboundByTheirOwnWritesSurvive) {
+    auto const port = hostV2->port("p");
+    auto const other = PortV2::PortV2Is("p");
+    struct {
+        char const * name;
+        std::function<void(V2Sm::VelHost::VelPort & reactor)> what;
+    } const cases[] = {
+        {"registered again",
+         [](auto & reactor) {
+             reactor.isRegisteredNotifieeIs(false);
+             reactor.isRegisteredNotifieeIs(true);
+         }},
+        {"unregistered", [](auto & reactor) { reactor.isRegisteredNotifieeIs(false); }},
+        {"rebound", [&](auto & reactor) { reactor.notifierIs(other); }},
+        {"unbound", [](auto & reactor) { reactor.notifierIs(nullptr); }},
+        {"deleted", [&](auto &) { host->portDel("p"); }},
+        {"neighbour deleted",
+         [&](auto &) {
+             host->portGroupDelAll();
+             host->mlagDelAll();
+         }},
+        {"object deleted", [&](auto &) { hostV2->portDel("p"); }},
+    };
+    for (auto const & [name, what] : cases) {
+        SCOPED_TRACE(name);
+        sm = nullptr;
+        hostV2->portIs(port);
+        port->typeIs(NetworkTopology::PortTypeV2::port);
+        sm = v2SmFactory("sm", models.v2, models.v3);
+        host = sm->host("a");
+        port->typeIs(NetworkTopology::PortTypeV2::mlag);
+        bool reached = false;
+        auto const follower = inside("/host/a/port/p onType()", [&] {
+            reached = true;
+            what(*host->port("p"));
+        });
+        port->typeIs(NetworkTopology::PortTypeV2::portGroup);
+        EXPECT_TRUE(reached);
+        hostV2->portIs("afterwards");
+        EXPECT_NE(hostV3()->port("afterwards"), nullptr);
+        hostV2->portDel("afterwards");
+    }
+}
+
 // The same key again from inside the making of its reactor: one reactor stays, and the other cleans nothing
 // up
 
@@ -288,6 +373,80 @@ TEST_F(Reactors, OfAnEdgeThatIsMirroredFromInsideItsMirroringAreOne) {
     EXPECT_THAT(log.lines(), ElementsAre("/ edgeIs(/host/a/portGroup/g)", "/ edgeIs(/host/a/portGroup/g)"));
     EXPECT_EQ(sm->edge().size(), 2U);
     EXPECT_EQ(V2Sm::VelEdge::velAllocTrackTypeInfo_->live(), 2U);
+}
+
+// What goes while it is being bound
+
+TEST_F(Reactors, OfAMemberWhoseObjectGoesWhileItIsReboundSurvive) {
+    auto other = PortV2::PortV2Is("p");
+    other->typeIs(NetworkTopology::PortTypeV2::mlag);
+    auto const follower = inside("/host/a/port/p onType()", [&] {
+        other = nullptr;
+        host->port("p")->notifierIs(nullptr);
+    });
+    EXPECT_EQ(host->portIs(other), host->port("p"));
+    EXPECT_EQ(host->port("p")->notifier(), nullptr);
+}
+
+TEST_F(Reactors, OfAnEdgeWhoseKeyGoesWhileItIsMirroredSurvive) {
+    auto edgeV2 = DirectedEdgeV2::DirectedEdgeV2Is(hostV2->portGroupIs("x"));
+    models.v2->hostIs("b");
+    sm->velV2()->hasNotificationActiveIs(false);
+    models.v2->edgeIs(edgeV2);
+    auto const & key = edgeV2->fromPort();
+    auto const follower = inside("/ onEdge(/host/a/portGroup/x)", [&] {
+        models.v2->edgeDelAll();
+        sm->edgeDelAll();
+        edgeV2 = nullptr;
+        hostV2->portGroupDel("x");
+    });
+    sm->velV2()->onEdge(key);
+    EXPECT_EQ(sm->edge().size(), 0U);
+}
+
+// References to what is not there, or no longer
+
+TEST_F(Reactors, ThatReferToAHostThatIsNotThereYetWriteNull) {
+    auto const other = HostV2::HostV2Is("later");
+    other->portGroupIs("g")->memberPortIs("p", other->portIs("p"));
+    other->mlagIs("m", "");
+    WriteLog log;
+    hostV2->mlagPeerLinkIs(other->port("p"));
+    hostV2->logicalPortIs("x", other->portGroup("g"));
+    hostV2->mlagRawIs("x", other->mlag("m"));
+    hostV2->port("p")->portGroupIs(other->portGroup("g"));
+    hostV2->portGroup("g")->memberPortIs("x", other->port("p"));
+    hostV2->portGroup("g")->mlagIs(other->mlag("m"));
+    hostV2->mlag("m")->localPortGroupIs(other->portGroup("g"));
+    models.v2->localhostIs(other);
+    models.v2->edge(hostV2->port("p"))->toPortIs(other->port("p"), true);
+    models.v2->edgeIs(other->port("p"))->toPortIs(hostV2->port("p"), true);
+    EXPECT_THAT(log.taken(),
+                ElementsAre("/host/a mlagPeerLinkIs(null)", "/host/a logicalPortIs(null)",
+                            "/host/a mlagRawIs(null)", "/host/a/port/p portGroupIs(null)",
+                            "/host/a/portGroup/g memberPortIs(null)", "/host/a/portGroup/g mlagIs(null)",
+                            "/host/a/mlag/m localPortGroupIs(null)", "/ localhostIs(null)"));
+    // Nobody comes back to them when the host comes.
+    models.v2->hostIs(other);
+    EXPECT_THAT(log.taken(), testing::SizeIs(5));
+    EXPECT_EQ(hostV3()->mlagPeerLink(), nullptr);
+    EXPECT_EQ(models.v3->localhost(), nullptr);
+}
+
+TEST_F(Reactors, ThatReferToAHostThatHasGoneWriteNull) {
+    auto const other = TestSupport::addHostWithOneOfEach(*models.v2, "gone");
+    models.v2->hostDel("gone");
+    WriteLog log;
+    hostV2->mlagPeerLinkIs(other->port("p"));
+    hostV2->port("p")->portGroupIs(other->portGroup("g"));
+    hostV2->portGroup("g")->mlagIs(other->mlag("m"));
+    models.v2->edge(hostV2->port("p"))->toPortIs(other->port("p"), true);
+    models.v2->edgeIs(other->port("p"));
+    EXPECT_THAT(log.taken(), ElementsAre("/host/a mlagPeerLinkIs(null)", "/host/a/port/p portGroupIs(null)",
+                                         "/host/a/portGroup/g mlagIs(null)"));
+    EXPECT_EQ(sm->edge(other->port("p"))->v3Edge(), nullptr);
+    models.v2->edgeDel(other->port("p"));
+    EXPECT_THAT(log.taken(), IsEmpty());
 }
 
 // Failures

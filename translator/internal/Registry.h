@@ -45,8 +45,9 @@ Vel::Ptr<Reactor> newReactor(Vel::HashMap<Reactor, Key, Owner> & registry,
 }
 
 // Makes sure that the reactor under `key` follows `input`: returns it as it is, rebinds it, or makes it.
+// Takes a reference of its own, because `key` may live in the object.
 template <class Reactor, class Key, class Owner, class Input>
-Vel::Ptr<Reactor> reactorIs(Vel::HashMap<Reactor, Key, Owner> & registry, Vel::Ptr<Input const> const & input,
+Vel::Ptr<Reactor> reactorIs(Vel::HashMap<Reactor, Key, Owner> & registry, Vel::Ptr<Input const> input,
                             Key const & key, Owner * owner) {
     Vel::Ptr<Reactor> reactor = registry[key];
     if (!reactor) {
