@@ -120,7 +120,7 @@ private:
                                                           : " <-- ") +
                                     printedReference(line.below, {}, false);
             text_ += "    " + above + " -> " + below + " [tooltip=" + dotTooltip(tip);
-            bool const oneWay = line.down.has_value() != line.up.has_value() && !toItself;
+            bool const oneWay = line.down.has_value() != line.up.has_value();
             if (oneWay) text_ += line.down ? ", arrowhead=\"normal\"" : ", arrowtail=\"normal\"";
             if (peerLink) text_ += ", penwidth=\"3\", color=\"" + std::string(kDotPeerLink) + '"';
             // Peers stand side by side. Between neighbours Graphviz draws no arrow, though.

@@ -198,8 +198,7 @@ struct Directions {
     std::size_t back = 0;
 
     void add(TopologyView::Link const & link) {
-        bool const two = (link.forth && link.back) || link.one == link.other;
-        ++(two ? both : link.forth ? forth : back);
+        ++(link.forth && link.back ? both : link.forth ? forth : back);
     }
 };
 

@@ -141,6 +141,7 @@ private:
                 bool const forth = from <= to;
                 auto & link = links[forth ? std::pair(from, to) : std::pair(to, from)];
                 (forth ? link.forth : link.back) = entry.value();
+                if (from == to) link.back = link.forth;
             }
             if (view_.destinations == before) view_.edgesWithoutDestination.push_back(from);
         }

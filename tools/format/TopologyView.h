@@ -29,7 +29,7 @@ struct TopologyView {
     };
 
     // What joins two port bases: an edge's destination, or the one and its way back. `one` is never after
-    // `other`; a port base that leads to itself has a link with one direction.
+    // `other`; what leads from a port base to itself leads both ways.
     struct Link {
         Reference one;
         Reference other;

@@ -109,6 +109,14 @@ TEST(DotFormat, MarksPeerLinksOneWayLinksAndFalseFlags) {
     EXPECT_NE(strokes(edges.at("eth-8 of spine --> eth-3 of leaf-1")), "");
 }
 
+TEST(DotFormat, DrawsALoopWithoutArrows) {
+    Status::Ptr const status = rack();
+    Port::Ptr const looped = status->host("leaf-1")->port("eth-3");
+    edge(*status, *looped, *looped);
+    auto const svg = drawn(dot(status));
+    EXPECT_EQ(arrows(edgesByTooltip(svg).at("eth-3 of leaf-1 <-> eth-3 of leaf-1")), 0u);
+}
+
 TEST(DotFormat, DrawsTheArrowOfAOneWayPeerLink) {
     Status::Ptr const status = rack();
     status->edgeIs(status->host("leaf-1")->port("eth-9")->portKey())->toPortDelAll();

@@ -119,7 +119,7 @@ b
   PORT  TYPE     GROUP           PEER     PEER PORT     REMARKS
   p-1   unknown  bond of a  <--  a        bond (group)  in: false
                             <--  b        goes          has left
-  p-2   unknown  -          -->  b        p-2
+  p-2   unknown  -          <->  b        p-2
   p-3   unknown  -          -->  nowhere
 
 HOST       HOST  LINKS
@@ -128,7 +128,7 @@ b     <->  b         2
 b     -->  b         1
 
 edges of ports that have left
-  goes (port) of b (has left) --> goes (port) of b (has left)
+  goes (port) of b (has left) <-> goes (port) of b (has left)
   "" (no port) of "" (has left) --> nowhere
 
 2 hosts, 3 ports, 1 port group, 0 MLAGs, 5 edges to 5 destinations

@@ -116,6 +116,8 @@ TEST(TopologyView, JoinsTheTwoDirectionsOfALink) {
     auto const & ofC = view.hosts[2].ports[0].connections;
     ASSERT_EQ(ofC.size(), 2u);
     EXPECT_EQ(ofC[1].peer.host, "c");  // To itself, once.
+    EXPECT_EQ(ofC[1].out, true);
+    EXPECT_EQ(ofC[1].in, true);
 }
 
 TEST(TopologyView, TellsPortBasesOfOneNameApart) {
