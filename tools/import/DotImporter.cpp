@@ -17,8 +17,6 @@
 namespace TopologyTools {
 namespace {
 
-constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
-
 struct GraphCloser {
     void operator()(Agraph_t * graph) const { agclose(graph); }
 };

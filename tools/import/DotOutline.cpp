@@ -7,8 +7,6 @@
 namespace TopologyTools {
 namespace {
 
-constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
-
 struct Token {
     enum class Kind { id, keyword, link, other };
 

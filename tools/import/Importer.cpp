@@ -26,12 +26,16 @@ std::string formatList() {
 }
 
 bool isOwnDocument(std::string_view bytes) {
+    if (bytes.starts_with(byteOrderMark)) {
+        bytes.remove_prefix(byteOrderMark.size());
+    }
     std::size_t const start = bytes.find_first_not_of(" \t\r\n");
     if (start == std::string_view::npos || bytes[start] != '{') {
         return false;
     }
     JsonGlance const glance = glanceAtJson(bytes, {"localhost", "host", "edge"});
-    // A broken document is ours as well: its reader can say what is wrong with the JSON.
+    // A broken document is ours as well: its reader can say what is wrong with the JSON, or with a byte order
+    // mark before it.
     return glance.member || !glance.hasMembers || !glance.wellFormed;
 }
 

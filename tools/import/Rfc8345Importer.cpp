@@ -208,6 +208,9 @@ private:
                 throw error(ref, "member-link-tp: expected a string; found " +
                                      std::string(jsonKindName(ref.kind())));
             }
+            if (ref.string().empty()) {
+                throw error(ref, "member-link-tp is empty; expected a name");
+            }
             members_.push_back({node, tpId, ref.string(), ref.position()});
         }
         return true;

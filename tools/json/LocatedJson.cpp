@@ -430,8 +430,6 @@ private:
 
 namespace {
 
-constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
-
 // Looks for names in the outermost object and keeps nothing else.
 class GlancingReader : public nlohmann::json_sax<nlohmann::json> {
 public:

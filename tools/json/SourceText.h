@@ -9,6 +9,9 @@
 
 namespace TopologyTools {
 
+// What some editors put before a text in UTF-8.
+constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
+
 // The bytes of an input file together with its name, so that a byte offset can be told as line and column.
 // Lines end with LF (so CR LF too); a CR alone ends no line. The bytes are not copied and must outlive the
 // object.

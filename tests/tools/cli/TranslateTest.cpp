@@ -207,6 +207,16 @@ TEST(Translate, ADocumentIsLoadedWholeOrNotAtAll) {
     }
 }
 
+TEST(Translate, SaysWhatIsWrongWithAByteOrderMark) {
+    for (char const * document : {"{\"host\":{}}", "{\"networks\":{}}"}) {
+        ProgramRun const run =
+            runProgram({"translate", "-"}, {.input = std::string("\xef\xbb\xbf") + document});
+        EXPECT_EQ(run.status, 2);
+        EXPECT_EQ(run.messages,
+                  "<stdin>:1:1: byte order mark; expected JSON text without one (RFC 8259, section 8.1)\n");
+    }
+}
+
 TEST(Translate, TakesTheFormatThatItIsTold) {
     std::string const document = fileBytes(example("dual-homed-fabric.json"));
     EXPECT_EQ(runProgram({"translate", "--from", "v2", "-"}, {.input = document}).status, 0);

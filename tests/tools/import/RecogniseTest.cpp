@@ -32,7 +32,9 @@ TEST(Recognise, KnowsABrokenFileSoThatItsReaderCanSayWhatIsWrong) {
     EXPECT_EQ(recognise("{\"wrong"), "v2");
     EXPECT_EQ(recognise("graph {"), "dot");
     EXPECT_EQ(recognise("<graphml><graph>"), "graphml");
-    EXPECT_EQ(recognise("\xef\xbb\xbf{\"host\":{}}"), std::nullopt);
+    EXPECT_EQ(recognise("\xef\xbb\xbf{\"host\":{}}"), "v2");
+    EXPECT_EQ(recognise("\xef\xbb\xbf{\"networks\":{}}"), "rfc8345");
+    EXPECT_EQ(recognise("\xef\xbb\xbf"), std::nullopt);
 }
 
 TEST(Recognise, GuessesNothingElse) {

@@ -206,6 +206,9 @@ TEST(Rfc8345, WrongKindsAreErrorsWithTheirPlace) {
     EXPECT_EQ(errorOf(file(
                   nodes(node("a", "{\"tp-id\":\"1\"" + lag("\n\"lag\":true,\"member-link-tp\":[1]") + "}")))),
               "t:3:30: member-link-tp: expected a string; found number");
+    EXPECT_EQ(errorOf(file(nodes(
+                  node("a", "{\"tp-id\":\"1\"" + lag("\n\"lag\":true,\"member-link-tp\":[\"\"]") + "}")))),
+              "t:3:30: member-link-tp is empty; expected a name");
     EXPECT_EQ(errorOf(file(twoNodes + ",\n" + links("{\"link-id\":\"x\"}"))),
               "t:3:31: link \"x\" has no source; expected an object");
     EXPECT_EQ(errorOf(file("\"node\":[],\n\"ietf-network:node\":[]")),
