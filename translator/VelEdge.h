@@ -13,6 +13,9 @@ namespace NetworkTopologyAggregator {
 class VEL_EXPORT V2Sm::VelEdge final : public NetworkTopology::DirectedEdgeV2::NotifieeConst,
                                        public Vel::AllocTracked<V2Sm::VelEdge> {
 public:
+    using Ptr = Vel::Ptr<VelEdge>;
+    using PtrConst = Vel::Ptr<VelEdge const>;
+
     // REQUIRES: `edge` is not null.
     VelEdge(Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const & edge, V2Sm * sm);
 

@@ -19,6 +19,7 @@ public:
     class VelMlag;
 
     using Ptr = Vel::Ptr<VelHost>;
+    using PtrConst = Vel::Ptr<VelHost const>;
     using Ports = Vel::HashMap<VelPort, Vel::Name, VelHost>;
     using PortGroups = Vel::HashMap<VelPortGroup, Vel::Name, VelHost>;
     using Mlags = Vel::HashMap<VelMlag, Vel::Name, VelHost>;
@@ -145,6 +146,9 @@ private:
 template <class Reactor, class Input, class Output>
 class V2Sm::VelHost::Member : public Input::NotifieeConst {
 public:
+    using Ptr = Vel::Ptr<Reactor>;
+    using PtrConst = Vel::Ptr<Reactor const>;
+
     void hasNotificationActiveIs(bool active) override {
         if (active != this->hasNotificationActive()) Vel::PtrInterface::hasNotificationActiveIs(active);
     }

@@ -10,6 +10,9 @@ namespace NetworkTopologyAggregator {
 class VEL_EXPORT V2Sm::VelV2 final : public NetworkTopology::StatusV2::NotifieeConst,
                                      public Vel::AllocTracked<V2Sm::VelV2> {
 public:
+    using Ptr = Vel::Ptr<VelV2>;
+    using PtrConst = Vel::Ptr<VelV2 const>;
+
     // Binds and registers, and writes the output's localhost. Hosts and edges are the root's business.
     VelV2(Vel::Ptr<NetworkTopology::StatusV2 const> const & status, V2Sm * owner);
 
@@ -39,6 +42,9 @@ private:
 class VEL_EXPORT V2Sm::VelV3 final : public NetworkTopologyV3::Status::Notifiee,
                                      public Vel::AllocTracked<V2Sm::VelV3> {
 public:
+    using Ptr = Vel::Ptr<VelV3>;
+    using PtrConst = Vel::Ptr<VelV3 const>;
+
     VelV3(Vel::Ptr<NetworkTopologyV3::Status> const & status, V2Sm * owner);
 
     void hasNotificationActiveIs(bool active) override;

@@ -1,5 +1,5 @@
 // Hosts of many members, and members whose names have one hash: models and translator come and go with little
-// stack. A recursion along either would overflow it at these sizes.
+// stack.
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -121,7 +121,7 @@ TEST_P(VeryMany, LinksComeAndGoOnASmallStack) {
     expectToComeAndGo(GetParam(), names);
 }
 
-// All of them stand in one chain, whose length is what a recursion would run along.
+// All of them stand in one chain.
 TEST_P(VeryMany, NamesOfOneHashComeAndGoOnASmallStack) {
     static auto const names = TestSupport::namesOfOneHash(9);
     expectToComeAndGo(GetParam(), names);

@@ -50,6 +50,14 @@ struct Root : testing::Test {
     V2Sm::Ptr sm;
 };
 
+template <class T>
+constexpr bool offersItsPointers =
+    std::is_same_v<typename T::Ptr, Vel::Ptr<T>> && std::is_same_v<typename T::PtrConst, Vel::Ptr<T const>>;
+static_assert(offersItsPointers<V2Sm> && offersItsPointers<V2Sm::VelV2> && offersItsPointers<V2Sm::VelV3>);
+static_assert(offersItsPointers<V2Sm::VelHost> && offersItsPointers<V2Sm::VelEdge>);
+static_assert(offersItsPointers<V2Sm::VelHost::VelPort> && offersItsPointers<V2Sm::VelHost::VelPortGroup> &&
+              offersItsPointers<V2Sm::VelHost::VelMlag>);
+
 // Creation
 
 TEST_F(Root, HasItsNameAndItsStatuses) {
