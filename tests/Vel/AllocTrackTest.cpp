@@ -20,16 +20,15 @@ public:
         if (throws) throw std::runtime_error("no");
     }
 
-private:
-    std::array<char, 100> ballast_{};
+    std::array<char, 100> ballast{};
 };
 
 namespace {
 
 using Vel::AllocTrackTypeInfo;
 
-class LargerThing final : public TrackedThing {
-    std::array<char, 1000> more_{};
+struct LargerThing final : TrackedThing {
+    std::array<char, 1000> more{};
 };
 
 TEST(AllocTrack, CountsWhatLivesAndWhatWasEverMade) {

@@ -242,6 +242,7 @@ TEST_F(Trace, LetsASinkSwitchLevels) {
 
 TEST_F(Trace, LetsTheOldSinkTraceWhenItIsDestroyed) {
     struct Last {
+        explicit Last(Vel::TraceHandle & it) : handle(it) {}
         ~Last() { tracePoint(handle, 0, "good-bye"); }
         Vel::TraceHandle & handle;
     };

@@ -328,9 +328,9 @@ TEST_F(Reactors, ThatAreDeletedRegisteredAgainOrReboundByTheirOwnWritesSurvive) 
         host = sm->host("a");
         port->typeIs(NetworkTopology::PortTypeV2::mlag);
         bool reached = false;
-        auto const follower = inside("/host/a/port/p onType()", [&] {
+        auto const follower = inside("/host/a/port/p onType()", [&, &interfere = what] {
             reached = true;
-            what(*host->port("p"));
+            interfere(*host->port("p"));
         });
         port->typeIs(NetworkTopology::PortTypeV2::portGroup);
         EXPECT_TRUE(reached);

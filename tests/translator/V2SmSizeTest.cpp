@@ -66,7 +66,7 @@ INSTANTIATE_TEST_SUITE_P(, VeryMany, testing::Bool(),
                          [](auto const & info) { return info.param ? "SeenOneByOne" : "FoundAtOnce"; });
 
 TEST_P(VeryMany, PortsOfOneHostComeAndGoOnASmallStack) {
-    TestSupport::onASmallStack([this] {
+    TestSupport::onASmallStack([] {
         constexpr int kPorts = 50'000;
         Scene scene(GetParam(), [](StatusV2 & v2) {
             auto const host = v2.hostIs("h");
