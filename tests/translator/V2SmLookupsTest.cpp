@@ -161,10 +161,13 @@ TEST_F(Lookups, FindObjectsOfAnyName) {
                                         std::string_view("a\0b", 3), std::string_view("\xff\x80")}) {
         auto const hostV2 = models.v2->hostIs(name);
         auto const hostV3 = models.v3->hostIs(name);
+        auto const port = hostV3->portIs(name);
+        auto const group = hostV3->portGroupIs(name);
+        auto const mlag = hostV3->mlagIs(name, name);
         EXPECT_EQ(sm->toHostV3(hostV2), hostV3);
-        EXPECT_EQ(sm->toPortV3(hostV2->portIs(name)), hostV3->portIs(name).get());
-        EXPECT_EQ(sm->toPortBaseV3(hostV2->portGroupIs(name)), hostV3->portGroupIs(name));
-        EXPECT_EQ(sm->toMlagV3(hostV2->mlagIs(name, name)), hostV3->mlagIs(name, name).get());
+        EXPECT_EQ(sm->toPortV3(hostV2->portIs(name)), port.get());
+        EXPECT_EQ(sm->toPortBaseV3(hostV2->portGroupIs(name)), group);
+        EXPECT_EQ(sm->toMlagV3(hostV2->mlagIs(name, name)), mlag.get());
     }
     EXPECT_EQ(models.v3->host().size(), 4U);
 }
