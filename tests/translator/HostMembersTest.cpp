@@ -2,11 +2,12 @@
 // that have none.
 #include <map>
 #include <set>
+#include <string>
+#include <string_view>
 
 #include <gmock/gmock.h>
 
 #include "platform/Vel/Exceptions.h"
-#include "tests/translator/support/Dump.h"
 #include "tests/translator/support/Followed.h"
 #include "tests/translator/support/Journal.h"
 #include "tests/translator/support/KindsOfMembers.h"
@@ -16,8 +17,6 @@ namespace {
 using NetworkTopology::HostV2;
 using NetworkTopology::MlagV2;
 using NetworkTopology::PortV2;
-using NetworkTopologyAggregator::V2Sm;
-using NetworkTopologyAggregator::v2SmFactory;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
@@ -292,6 +291,22 @@ TYPED_TEST(Members, AreCleanedUpByTheHookAndNothingElse) {
     Kind::hook(*this->host, reactor);
     EXPECT_THAT(journal.taken(), ElementsAre("trace cleanup", this->del + "'" + Kind::own + "')"));
     EXPECT_EQ(Kind::reactor(*this->host, Kind::own), reactor);
+}
+
+TYPED_TEST(Members, OfSimilarNamesAreToldApart) {
+    using Kind = TypeParam;
+    std::string_view const names[] = {std::string_view(),       std::string_view("\0", 1),
+                                      std::string_view("a"),    std::string_view("a\0", 2),
+                                      std::string_view("\xff"), std::string_view("\x7f")};
+    for (auto const name : names) Kind::inputIs(*this->hostV2, name);
+    EXPECT_EQ(Kind::reactors(*this->host).size(), std::size(names) + 1);
+    for (auto const name : names) {
+        EXPECT_NE(Kind::output(*this->hostV3(), name), nullptr);
+        Kind::inputDel(*this->hostV2, name);
+        EXPECT_EQ(Kind::output(*this->hostV3(), name), nullptr);
+        EXPECT_EQ(Kind::reactor(*this->host, name), nullptr);
+    }
+    EXPECT_THAT(this->names(), ElementsAre(Kind::own));
 }
 
 // However the framework orders them.

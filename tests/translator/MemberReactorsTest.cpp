@@ -9,7 +9,6 @@
 namespace {
 
 using NetworkTopology::PortTypeV2;
-using NetworkTopologyAggregator::V2Sm;
 using NetworkTopologyV3::PortType;
 using testing::ElementsAre;
 using testing::IsEmpty;

@@ -8,8 +8,6 @@
 #include <gmock/gmock.h>
 
 #include "tests/support/Allocations.h"
-#include "tests/support/SmallStack.h"
-#include "tests/translator/support/Dump.h"
 #include "tests/translator/support/Followed.h"
 #include "tests/translator/support/Journal.h"
 #include "tests/translator/support/OutputFollower.h"
@@ -33,10 +31,8 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using TestSupport::Change;
-using TestSupport::dumped;
 using TestSupport::everyKindOfChange;
 using TestSupport::expectNoTranslatorObjects;
-using TestSupport::fillWithOneOfEach;
 using TestSupport::fillWithThreeHosts;
 using TestSupport::forEveryStep;
 using TestSupport::Journal;
@@ -114,19 +110,6 @@ TEST_F(Reactors, InAUniquePtrDieOnce) {
     auto velHost = std::make_unique<V2Sm::VelHost>(HostV2::HostV2Is("x"), sm.get());
     velHost = nullptr;
     EXPECT_THAT(log.taken(), ElementsAre("/ hostIs('x')", "/host/x mlagPeerLinkIs(null)", "/ hostDel('x')"));
-}
-
-TEST(ReactorsOfAHost, OfVeryManyMembersComeAndGoOnASmallStack) {
-    TestSupport::onASmallStack([] {
-        constexpr int ports = 50'000;
-        Models const models;
-        auto const host = models.v2->hostIs("a");
-        for (int i = 0; i < ports; ++i) host->portIs("p" + std::to_string(i));
-        auto sm = v2SmFactory("sm", models.v2, models.v3);
-        EXPECT_EQ(sm->host("a")->port().size(), static_cast<std::uint32_t>(ports));
-        sm = nullptr;
-        EXPECT_EQ(models.v3->host().size(), 0U);
-    });
 }
 
 // A host reactor holds itself while it works

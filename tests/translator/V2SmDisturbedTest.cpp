@@ -21,7 +21,6 @@
 
 namespace {
 
-using NetworkTopology::HostV2;
 using NetworkTopology::StatusV2;
 using NetworkTopologyAggregator::V2Sm;
 using NetworkTopologyAggregator::v2SmFactory;

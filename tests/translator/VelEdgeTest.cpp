@@ -3,20 +3,17 @@
 #include <gmock/gmock.h>
 
 #include "platform/Vel/Exceptions.h"
-#include "tests/translator/support/Dump.h"
 #include "tests/translator/support/Followed.h"
 #include "tests/translator/support/Journal.h"
 
 namespace {
 
 using NetworkTopology::DirectedEdgeV2;
-using NetworkTopology::HostV2;
 using NetworkTopology::PortBaseV2;
 using NetworkTopology::PortV2;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
-using TestSupport::dumped;
 using TestSupport::Journal;
 using TestSupport::Lines;
 using TestSupport::WriteLog;

@@ -9,7 +9,6 @@
 namespace {
 
 using NetworkTopology::HostV2;
-using NetworkTopology::PortGroupV2;
 using NetworkTopology::PortTypeV2;
 using NetworkTopology::PortV2;
 using testing::Contains;

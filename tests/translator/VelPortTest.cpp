@@ -11,7 +11,6 @@ using NetworkTopology::PortTypeV2;
 using NetworkTopology::PortV2;
 using NetworkTopologyV3::PortType;
 using testing::ElementsAre;
-using testing::IsEmpty;
 using TestSupport::Journal;
 using TestSupport::WriteLog;
 

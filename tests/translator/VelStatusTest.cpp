@@ -17,7 +17,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using TestSupport::dumped;
 using TestSupport::Journal;
-using TestSupport::TraceLog;
 using TestSupport::WriteLog;
 
 struct VelV2 : TestSupport::Followed {
