@@ -16,15 +16,15 @@ set_source_files_properties(${CMAKE_CURRENT_SOURCE_DIR}/oracle/TranslatorSubject
 target_link_libraries(${target} PRIVATE test-support)
 nta_link_floor(${target} translator)
 
-# Where the sanitizers watch, random histories run by the thousands, in parts that a machine's cores share. Recording
+# Where the sanitizers watch, random histories run by the thousand, in parts that a machine's cores share. Recording
 # more of an allocation's origin than its caller would cost a third of the time; a failing history prints itself and is
 # short enough to be run again.
 if(NTA_SANITIZE)
     foreach(part RANGE 3)
-        math(EXPR seed "1 + 5000 * ${part}")
+        math(EXPR seed "1 + 500 * ${part}")
         add_test(NAME oracle.tapes.${part} COMMAND ${target} --gtest_brief=1 --gtest_filter=Tapes.*)
         set_tests_properties(oracle.tapes.${part} PROPERTIES
             COST 1000
-            ENVIRONMENT "TAPES=5000;TAPE_SEED=${seed};ASAN_OPTIONS=malloc_context_size=1")
+            ENVIRONMENT "TAPES=500;TAPE_SEED=${seed};ASAN_OPTIONS=malloc_context_size=1")
     endforeach()
 endif()
