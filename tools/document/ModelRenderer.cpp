@@ -39,6 +39,14 @@ void requireUtf8(std::string_view text, PathStep const * at) {
 DocumentError::DocumentError(std::string_view pointer, std::string const & message)
     : std::runtime_error(printable(pointer) + ": " + message) {}
 
+void requireKey(MemberShape const & collection, std::string_view key, PathStep const * at) {
+    requireUtf8(key, at);
+    if (collection.keyKind == MemberShape::KeyKind::text && !collection.key(key)) {
+        throw DocumentError(pointerTo(at), "expected " + expectedValue(*collection.attr->keyType()) +
+                                               " as key; found \"" + printable(key) + '"');
+    }
+}
+
 void ModelRenderer::object(GenericIf const & object, ObjectShape const & shape, PathStep const * at) {
     sink_.beginObject();
     for (MemberShape const & member : shape.members) {
@@ -105,11 +113,7 @@ std::vector<ModelRenderer::Entry> ModelRenderer::entries(GenericIf const & owner
     }
     for (Entry const & entry : found) {
         PathStep const here{at, entry.key};
-        requireUtf8(entry.key, &here);
-        if (member.keyKind == MemberShape::KeyKind::text && !member.key(entry.key)) {
-            throw DocumentError(pointerTo(&here), "expected " + expectedValue(*member.attr->keyType()) +
-                                                      " as key; found \"" + printable(entry.key) + '"');
-        }
+        requireKey(member, entry.key, &here);
     }
     std::sort(found.begin(), found.end(), [](Entry const & a, Entry const & b) { return a.key < b.key; });
     return found;

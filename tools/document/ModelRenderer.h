@@ -23,6 +23,9 @@ public:
     DocumentError(std::string_view pointer, std::string const & message);
 };
 
+// Throws DocumentError for a key that documents cannot show.
+void requireKey(MemberShape const & collection, std::string_view key, PathStep const * at);
+
 // What is shown
 //     Members that hold their default are left out of their object: it is there without saying so. Keys come
 //     in the order of their bytes. A reference becomes the path of its target. A target that is not in the

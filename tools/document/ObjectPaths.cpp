@@ -4,13 +4,10 @@
 #include "tools/json/JsonPointer.h"
 
 namespace TopologyTools {
-namespace {
 
-Vel::PtrInterface const * identityOf(Vel::GenericIf const & object) {
+Identity identityOf(Vel::GenericIf const & object) {
     return object.as<Vel::Ptr<Vel::PtrInterface const>>().get();
 }
-
-}  // namespace
 
 ObjectPaths::ObjectPaths(Vel::GenericIf const & root, DocumentShape const & shape) : root_(identityOf(root)) {
     enter(root, shape.root());

@@ -17,6 +17,10 @@ namespace TopologyTools {
 // objects that references may lead to.
 using PathOf = std::function<std::optional<std::string>(Vel::GenericIf const & object)>;
 
+// What tells one object from another. Null for null.
+using Identity = Vel::PtrInterface const *;
+Identity identityOf(Vel::GenericIf const & object);
+
 // Finds paths by the identity of objects, after one walk over the model: it shows the model as it was then.
 // Takes some 60 bytes for every object that references may lead to.
 class ObjectPaths {
@@ -29,7 +33,6 @@ public:
     }
 
 private:
-    using Identity = Vel::PtrInterface const *;
     struct Place {
         Identity parent;
         MemberShape const * collection;

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <pty.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -29,6 +30,7 @@ public:
         if (descriptor_ >= 0) ::close(descriptor_);
     }
     int get() const { return descriptor_; }
+    int release() { return std::exchange(descriptor_, -1); }
 
 private:
     int descriptor_;
@@ -37,9 +39,9 @@ private:
 // A file without a name.
 Descriptor scratch() { return Descriptor(open("/tmp", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600)); }
 
-std::string bytesOf(Descriptor const & file) {
-    std::string bytes(static_cast<std::size_t>(lseek(file.get(), 0, SEEK_END)), '\0');
-    if (pread(file.get(), bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
+std::string bytesOf(int file) {
+    std::string bytes(static_cast<std::size_t>(lseek(file, 0, SEEK_END)), '\0');
+    if (pread(file, bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
         throw std::runtime_error("cannot read back");
     }
     return bytes;
@@ -80,15 +82,38 @@ std::string shown(Descriptor const & terminal) {
     }
 }
 
+// Starts the program with these as standard input, standard output (-1 for none) and standard error.
+pid_t started(std::vector<std::string> const & arguments, std::vector<std::string> const & environment,
+              int input, int output, int messages) {
+    std::vector<std::string> words{TOPOLOGY_SYNC_PROGRAM};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<std::string> variables = environmentWith(environment);
+    std::vector<char *> const argv = pointers(words);
+    std::vector<char *> const envp = pointers(variables);
+    pid_t const child = fork();
+    if (child < 0) throw std::system_error(errno, std::generic_category());
+    if (child != 0) return child;
+    dup2(input, STDIN_FILENO);
+    if (output < 0)
+        ::close(STDOUT_FILENO);
+    else
+        dup2(output, STDOUT_FILENO);
+    dup2(messages, STDERR_FILENO);
+    std::signal(SIGPIPE, SIG_DFL);
+    execve(argv[0], argv.data(), envp.data());
+    _exit(127);
+}
+
+int statusOf(pid_t child) {
+    int status = 0;
+    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    return WIFSIGNALED(status) ? 1000 + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
 }  // namespace
 
 ProgramRun runProgram(std::vector<std::string> const & arguments, RunOptions const & options) {
-    std::vector<std::string> words{TOPOLOGY_SYNC_PROGRAM};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<std::string> variables = environmentWith(options.environment);
-    std::vector<char *> const argv = pointers(words);
-    std::vector<char *> const envp = pointers(variables);
-
     Descriptor const input = scratch();
     Descriptor output =
         options.outputFile
@@ -121,26 +146,85 @@ ProgramRun runProgram(std::vector<std::string> const & arguments, RunOptions con
         outputEnd = slave;
     }
 
-    pid_t const child = fork();
-    if (child < 0) throw std::system_error(errno, std::generic_category());
-    if (child == 0) {
-        dup2(input.get(), STDIN_FILENO);
-        dup2(outputEnd, STDOUT_FILENO);
-        dup2(messages.get(), STDERR_FILENO);
-        if (options.outputIsClosed) ::close(STDOUT_FILENO);
-        std::signal(SIGPIPE, SIG_DFL);
-        execve(argv[0], argv.data(), envp.data());
-        _exit(127);
-    }
+    pid_t const child = started(arguments, options.environment, input.get(),
+                                options.outputIsClosed ? -1 : outputEnd, messages.get());
     otherEnd.reset();
     ProgramRun run;
     if (terminal) run.output = shown(*terminal);
-    int status = 0;
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    run.status = statusOf(child);
+    if (!terminal && !options.outputFile) run.output = bytesOf(output.get());
+    run.messages = bytesOf(messages.get());
+    return run;
+}
+
+RunningProgram::RunningProgram(std::vector<std::string> const & arguments) {
+    int input[2];
+    int output[2];
+    if (pipe2(input, O_CLOEXEC) != 0 || pipe2(output, O_CLOEXEC) != 0) {
+        throw std::system_error(errno, std::generic_category());
     }
-    run.status = WIFSIGNALED(status) ? 1000 + WTERMSIG(status) : WEXITSTATUS(status);
-    if (!terminal && !options.outputFile) run.output = bytesOf(output);
-    run.messages = bytesOf(messages);
+    messages_ = scratch().release();
+    input_ = input[1];
+    output_ = output[0];
+    child_ = started(arguments, {}, input[0], output[1], messages_);
+    ::close(input[0]);
+    ::close(output[1]);
+}
+
+RunningProgram::~RunningProgram() {
+    if (child_ >= 0) {
+        kill(child_, SIGKILL);
+        statusOf(child_);
+    }
+    closeInput();
+    closeOutput();
+    ::close(messages_);
+}
+
+void RunningProgram::write(std::string_view bytes) const {
+    if (::write(input_, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size())) {
+        throw std::system_error(errno, std::generic_category());
+    }
+}
+
+void RunningProgram::closeInput() {
+    if (input_ >= 0) ::close(std::exchange(input_, -1));
+}
+
+void RunningProgram::closeOutput() {
+    if (output_ >= 0) ::close(std::exchange(output_, -1));
+}
+
+std::optional<std::string> RunningProgram::readLine() {
+    constexpr int patience = 60000;  // Milliseconds.
+    for (;;) {
+        if (std::size_t const end = bytes_.find('\n'); end != std::string::npos) {
+            std::string const line = bytes_.substr(0, end);
+            bytes_.erase(0, end + 1);
+            return line;
+        }
+        pollfd waitedFor{output_, POLLIN, 0};
+        if (poll(&waitedFor, 1, patience) <= 0) throw std::runtime_error("no line of output came");
+        std::array<char, 4096> buffer;
+        ssize_t const count = read(output_, buffer.data(), buffer.size());
+        if (count <= 0) return std::nullopt;
+        bytes_.append(buffer.data(), static_cast<std::size_t>(count));
+    }
+}
+
+void RunningProgram::signal(int number) const { kill(child_, number); }
+
+ProgramRun RunningProgram::wait() {
+    closeInput();
+    ProgramRun run;
+    while (output_ >= 0) {
+        auto const line = readLine();
+        if (!line) break;
+        run.output += *line + '\n';
+    }
+    run.output += bytes_;
+    run.status = statusOf(std::exchange(child_, -1));
+    run.messages = bytesOf(messages_);
     return run;
 }
 

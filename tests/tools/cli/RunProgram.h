@@ -27,6 +27,33 @@ struct RunOptions {
 
 ProgramRun runProgram(std::vector<std::string> const & arguments, RunOptions const & options = {});
 
+// The program at work, while the test writes its input and reads its output.
+class RunningProgram {
+public:
+    explicit RunningProgram(std::vector<std::string> const & arguments);
+    // Ends the program if it still runs.
+    ~RunningProgram();
+    RunningProgram(RunningProgram const &) = delete;
+    RunningProgram & operator=(RunningProgram const &) = delete;
+
+    void write(std::string_view bytes) const;
+    void closeInput();
+    // The next line of output, without its LF, as soon as it is there; nothing at the end. Throws
+    // std::runtime_error when it does not come.
+    std::optional<std::string> readLine();
+    void closeOutput();
+    void signal(int number) const;
+    // Closes the input. What has not been read is in ProgramRun::output.
+    ProgramRun wait();
+
+private:
+    int child_;
+    int input_;
+    int output_;
+    int messages_;
+    std::string bytes_;  // Read, but not yet given.
+};
+
 // A folder of its own for every test, gone when the test is over.
 class TemporaryFolder {
 public:

@@ -27,7 +27,8 @@ TEST(Usage, HelpIsAResult) {
                                                {"translate", "--help"},
                                                {"inspect", "-h"},
                                                {"schema", "--help"},
-                                               {"generate", "--help"}}) {
+                                               {"generate", "--help"},
+                                               {"follow", "--help"}}) {
         ProgramRun const run = runProgram(arguments);
         EXPECT_EQ(run.status, 0);
         EXPECT_THAT(run.output, HasSubstr("Usage: topology-sync"));
@@ -37,9 +38,9 @@ TEST(Usage, HelpIsAResult) {
 
 TEST(Usage, HelpNamesWhatThereIs) {
     std::string const help = runProgram({"--help"}).output;
-    for (char const * word : {"translate", "generate", "inspect", "schema", "--version", "--help"})
+    for (char const * word : {"translate", "follow", "generate", "inspect", "schema", "--version", "--help"})
         EXPECT_THAT(help, HasSubstr(word));
-    for (char const * word : {"follow", "check"}) EXPECT_THAT(help, ::testing::Not(HasSubstr(word)));
+    EXPECT_THAT(help, ::testing::Not(HasSubstr("check")));
     std::string const translate = runProgram({"translate", "--help"}).output;
     for (char const * word : {"FILE", "--attach", "--format", "--from", "--network", "--output"}) {
         EXPECT_THAT(translate, HasSubstr(word));
@@ -61,7 +62,7 @@ TEST(Usage, BadUsageSaysWhatIsWrongAndWhereHelpIs) {
     };
     for (Case const & bad :
          std::vector<Case>{{{}, "subcommand", "topology-sync"},
-                           {{"follow", "x"}, "follow", "topology-sync"},
+                           {{"sync", "x"}, "sync", "topology-sync"},
                            {{"--nonsense"}, "--nonsense", "topology-sync"},
                            {{"translate"}, "FILE", "topology-sync translate"},
                            {{"translate", kFabric, "another"}, "another", "topology-sync translate"},
@@ -72,6 +73,9 @@ TEST(Usage, BadUsageSaysWhatIsWrongAndWhereHelpIs) {
                            {{"translate", kFabric, "--output"}, "--output", "topology-sync translate"},
                            {{"translate", kFabric, "--network"}, "--network", "topology-sync translate"},
                            {{"translate", kFabric, "--bogus"}, "--bogus", "topology-sync translate"},
+                           {{"follow"}, "FILE", "topology-sync follow"},
+                           {{"follow", kFabric, "a", "b"}, "b", "topology-sync follow"},
+                           {{"follow", kFabric, "--attach", "never"}, "never", "topology-sync follow"},
                            {{"inspect", "--format", "xml"}, "xml", "topology-sync inspect"},
                            {{"inspect", "a", "b"}, "b", "topology-sync inspect"},
                            {{"schema"}, "MODEL", "topology-sync schema"},
@@ -91,6 +95,7 @@ std::vector<std::vector<std::string>> writers() {
             {"inspect"},
             {"schema", "v3"},
             {"generate", "--hosts", "300"},
+            {"follow", kFabric},
             {"translate", kFabric},
             {"translate", "--format", "svg", kFabric}};
 }
