@@ -6,6 +6,7 @@
 
 #include "platform/NetworkTopologyV3/Status.h"
 #include "tools/check/Explanation.h"
+#include "tools/check/Following.h"
 #include "tools/check/Remedies.h"
 #include "tools/document/Shape.h"
 #include "tools/json/JsonPointer.h"
@@ -28,7 +29,11 @@ Shown shown(json const * value) { return value ? Shown(*value) : std::nullopt; }
 class Comparison {
 public:
     Comparison(Expectation const & expectation, json const & input)
-        : expectation_(expectation), input_(input), explanation_(expectation, input), remedies_(input) {}
+        : expectation_(expectation),
+          input_(input),
+          explanation_(expectation, input),
+          following_(expectation),
+          remedies_(input) {}
 
     std::vector<Difference> run(json const & present, json const & calledFor) {
         DocumentShape const shape(NetworkTopologyV3::Status::_velType);
@@ -66,7 +71,8 @@ private:
         Difference difference{path, p, c, expected, {}, {}};
         if (p == expected) {
             difference.why = explanation_.attribute(owner, member.name());
-            difference.remedy = isReference ? remedies_.reference(path) : remedies_.value(path, member);
+            difference.remedy = inOwner(owner, isReference ? waiting(c, remedies_.reference(path))
+                                                           : remedies_.value(path, member));
         }
         add(std::move(difference));
     }
@@ -96,10 +102,10 @@ private:
             difference.expected = present ? std::nullopt : Shown(json::object());
         } else if (collection.name() == "edge") {
             difference.why = explanation_.edge(key);
-            difference.remedy = remedies_.edge(path);
+            difference.remedy = ofEdge(key, remedies_.object(following_.edge(key)));
         } else {
             difference.why = explanation_.member(owner, collection.name(), key);
-            difference.remedy = remedies_.member(path);
+            difference.remedy = inOwner(owner, remedies_.object(following_.object(path)));
         }
         add(std::move(difference));
     }
@@ -131,14 +137,17 @@ private:
         if (difference.present != difference.expected) {
             // A fault.
         } else if (collection.holdsReferences) {
+            auto const source = calledFor
+                                    ? entryLeadingTo(input_, owner.path(), collection.name(), *calledFor)
+                                    : std::nullopt;
             difference.why = explanation_.entry(owner, collection.name(), key, calledFor);
-            difference.remedy = remedies_.entry(
-                collectionPath, key,
-                calledFor ? entryLeadingTo(input_, owner.path(), collection.name(), *calledFor)
-                          : std::nullopt);
+            difference.remedy = inOwner(
+                owner, waiting(calledFor.value_or(nullptr), remedies_.entry(collectionPath, key, source)));
         } else {
             difference.why = explanation_.destination(owner, key, calledFor);
-            difference.remedy = remedies_.destination(owner.path(), key);
+            difference.remedy =
+                ofEdge(owner.key(), waiting(calledFor ? json(key) : nullptr,
+                                            remedies_.destination(following_.edge(owner.key()), key)));
         }
         add(std::move(difference));
     }
@@ -150,6 +159,26 @@ private:
             for (auto const & [key, value] : object->items()) keys.insert(key);
         }
         return keys;
+    }
+
+    // A remedy that has no effect before the version-3 model holds what stands at `target`, a path or null.
+    Remedy waiting(json const & target, Remedy remedy) const {
+        auto const missing = target.is_null() ? std::nullopt : following_.missing(target.get<std::string>());
+        return missing ? after(*missing, std::move(remedy)) : remedy;
+    }
+    static Remedy after(std::string const & path, Remedy remedy) {
+        return {"Once " + path + " is followed: " + remedy.sentence, {}};
+    }
+
+    // Where nothing follows the owner of a place, that is to be set right first.
+    Remedy inOwner(ExpectedObject const & owner, Remedy remedy) const {
+        auto const stray = following_.stray(owner.path());
+        return stray ? remedies_.object(*stray) : remedy;
+    }
+    // The same for an edge, which depends on its port.
+    Remedy ofEdge(std::string const & key, Remedy remedy) const {
+        auto const stray = following_.stray(key);
+        return stray ? after(stray->path, std::move(remedy)) : remedy;
     }
 
     void add(Difference difference) {
@@ -164,6 +193,7 @@ private:
     Expectation const & expectation_;
     json const & input_;
     Explanation const explanation_;
+    Following const following_;
     Remedies const remedies_;
     std::vector<Difference> differences_;
 };

@@ -29,6 +29,7 @@ HandledEntry const * EdgeFollower::handled(PortBaseV2 const * destination) const
 void EdgeFollower::follow(DirectedEdgeV2 const & edge) {
     notifierIs(DirectedEdgeV2::PtrConst(&edge));
     isRegisteredNotifieeIs(true);
+    hasNotificationActiveIs(true);
     binding_ = output_.newBinding();
     bound_ = output_.line();
     handled_.clear();
@@ -55,7 +56,8 @@ void EdgeFollower::rebind(DirectedEdgeV2 const & edge) {
 void EdgeFollower::retire() {
     PortBaseV2::PtrConst const fromPort = notifier()->fromPort();
     notifierIs(nullptr);
-    if (!output_.isBound() && object_)
+    if (!object_) return;
+    if (!output_.isBound())
         output_.astray(object_, Rule::outputUnbound);
     else
         output_.edgeDel(output_.portBaseOf(fromPort.get()));

@@ -20,6 +20,7 @@ public:
     void follow(StatusV2::PtrConst const & status) {
         notifierIs(status);
         isRegisteredNotifieeIs(true);
+        hasNotificationActiveIs(true);
     }
 
     void onHost(Vel::Name name) override { expectation_.hostChanged(name); }
@@ -76,6 +77,12 @@ void Expectation::notificationActiveIs(bool active) {
     if (isInputBound_) isStatusActive_ = active;
     hosts_.activeIs(active);
     for (auto const & [fromPort, edge] : edges_) edge->activeIs(active);
+}
+
+std::optional<Followed> Expectation::followed(std::vector<std::string> const & path) const {
+    if (path.size() == 2) return hosts_.followed(path[1]);
+    HostFollower const * const host = hosts_.find(path[1]);
+    return host ? host->member(path[2], path[3]) : std::nullopt;
 }
 
 EdgeFollower const * Expectation::edge(PortBaseV2 const * fromPort) const {
@@ -175,7 +182,7 @@ void Expectation::populateEntries(HostV2 const & host, ExpectedPtr const & objec
         auto const & mlag = raw.value();
         // In this host, whichever host the MLAG is of.
         ExpectedPtr const target = mlag ? object->member("mlag", mlag->name().view()) : nullptr;
-        bool const isOwn = target == output_.portBaseOf(mlag.get());
+        bool const isOwn = !mlag || mlag->host() == &host;
         output_.entryIs(object, "mlagRaw", textOf(raw.key()), bool(mlag), target,
                         isOwn ? Rule::none : Rule::rawMlagPopulatedLocally);
     }

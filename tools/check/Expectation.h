@@ -10,7 +10,10 @@
 #pragma once
 
 #include <map>
+#include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/NetworkTopology/StatusV2.h"
 #include "tools/check/ExpectedOutput.h"
@@ -42,7 +45,8 @@ public:
     bool isFollowing() const { return isInputBound_ && isStatusActive_ && output_.isBound(); }
     ExpectedPtr const & root() const { return output_.root(); }
 
-    HostFollower const * host(std::string_view name) const { return hosts_.find(name); }
+    // What follows the host, or port base, at a path; nothing when nothing does.
+    std::optional<Followed> followed(std::vector<std::string> const & path) const;
     EdgeFollower const * edge(NetworkTopology::PortBaseV2 const * fromPort) const;
     // Why nothing follows the edge from that port.
     Provenance unfollowed(NetworkTopology::PortBaseV2 const * fromPort) const;

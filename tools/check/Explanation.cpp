@@ -1,7 +1,6 @@
 #include "tools/check/Explanation.h"
 
 #include <algorithm>
-#include <vector>
 
 #include "tools/json/JsonPointer.h"
 
@@ -25,7 +24,7 @@ Value const * find(ExpectedObject::ByAttribute<ExpectedObject::Named<Value>> con
     return named ? find(*named, key) : nullptr;
 }
 
-// Why the object, or the nearest of what holds it, is astray.
+// The object, or the nearest of what holds it, that is astray.
 Provenance astray(ExpectedObject const * object) {
     for (; object; object = object->parent().get()) {
         if (object->astray) return object->astray;
@@ -47,12 +46,7 @@ Provenance misled(ExpectedCell const & cell) {
     return {Rule::sameName, std::max(cell.last.line, cell.target->boundLine())};
 }
 
-template <class... Tokens>
-Provenance firstOf(Provenance const & first, Tokens const &... others) {
-    Provenance result = first;
-    ((result = result ? result : others), ...);
-    return result;
-}
+Provenance firstOf(Provenance const & first, Provenance const & second) { return first ? first : second; }
 
 }  // namespace
 
@@ -89,17 +83,17 @@ Provenance Explanation::leftEdge(ExpectedObject const & edge) const {
     if (edge.astray) return edge.astray;
     ExpectedObject const & anchor = *edge.anchor;
     if (!anchor.isThere()) return {Rule::edgeLeftBehind, anchor.leftLine()};
-    return firstOf(astray(&anchor), Provenance{Rule::edgeLeftBehind, anchor.boundLine()});
+    return firstOf(astray(&anchor), {Rule::edgeLeftBehind, anchor.boundLine()});
 }
 
 Provenance Explanation::missingEdge(std::string const & key) const {
-    PortBaseV2 const * const fromPort = portBase(key);
+    PortBaseV2 const * const fromPort = following_.portBase(key);
     if (Provenance const unfollowed = expectation_.unfollowed(fromPort)) return unfollowed;
     EdgeFollower const * const follower = expectation_.edge(fromPort);
     if (!follower) return {};
     if (!follower->object()) return follower->unresolved();
     if (!follower->object()->isThere()) return {Rule::edgeShared, follower->object()->leftLine()};
-    ExpectedPtr const port = counterpart(key);
+    ExpectedPtr const port = following_.expected(key);
     return {Rule::keyKept, port ? port->boundLine() : follower->boundLine()};
 }
 
@@ -138,7 +132,7 @@ Provenance Explanation::destination(ExpectedObject const & edge, std::string con
     ExpectedCell const * const cell = find(edge.entries, "toPort", key);
     if (cell && cell->last.rule != Rule::none) return noted(cell->last, edge);
     if (Provenance const lost = astray(&edge)) return lost;
-    PortBaseV2 const * const fromPort = portBase(edge.key());
+    PortBaseV2 const * const fromPort = following_.portBase(edge.key());
     if (Provenance const unfollowed = expectation_.unfollowed(fromPort)) return unfollowed;
     EdgeFollower const * const follower = expectation_.edge(fromPort);
     if (!follower) return {};
@@ -151,10 +145,10 @@ Provenance Explanation::destination(ExpectedObject const & edge, std::string con
 Provenance Explanation::missingDestination(ExpectedObject const & edge, EdgeFollower const & follower,
                                            std::string const & key) const {
     if (Provenance const * const removed = find(edge.missing, "toPort", key)) return *removed;
-    HandledEntry const * const handled = follower.handled(portBase(key));
+    HandledEntry const * const handled = follower.handled(following_.portBase(key));
     if (!handled) return {Rule::entryUnwritten, follower.boundLine()};
     if (handled->last) return handled->last;
-    ExpectedPtr const port = counterpart(key);
+    ExpectedPtr const port = following_.expected(key);
     Line const line = port ? port->boundLine() : handled->last.line;
     return {handled->name == key ? Rule::edgeShared : Rule::keyKept, line};
 }
@@ -168,24 +162,6 @@ Provenance Explanation::leftDestination(EdgeFollower const & follower, ExpectedC
     if (cell.writer == follower.binding()) return leads;
     if (follower.boundLine() > written) return {Rule::destinationLeftBehind, follower.boundLine()};
     return {Rule::edgeShared, written};
-}
-
-ExpectedPtr Explanation::counterpart(std::string const & path) const {
-    std::vector<std::string> const tokens = parseJsonPointer(path);
-    if (tokens.size() != 4) return nullptr;
-    ExpectedPtr const host = expectation_.root()->member("host", tokens[1]);
-    return host ? host->member(tokens[2], tokens[3]) : nullptr;
-}
-
-PortBaseV2 const * Explanation::portBase(std::string const & path) const {
-    std::vector<std::string> const tokens = parseJsonPointer(path);
-    if (tokens.size() != 4) return nullptr;
-    auto const host = expectation_.input().host(Vel::Name(tokens[1]));
-    if (!host) return nullptr;
-    Vel::Name const name(tokens[3]);
-    if (tokens[2] == "port") return host->port(name).get();
-    if (tokens[2] == "portGroup") return host->portGroup(name).get();
-    return host->mlag(name).get();
 }
 
 }  // namespace TopologyTools

@@ -9,6 +9,7 @@
 
 #include "tools/check/Expectation.h"
 #include "tools/check/ExpectedModel.h"
+#include "tools/check/Following.h"
 
 namespace TopologyTools {
 
@@ -20,7 +21,7 @@ class Explanation {
 public:
     // `document` is the version-2 document. Both must outlive the explanation.
     Explanation(Expectation const & expectation, nlohmann::json const & document)
-        : expectation_(expectation), document_(document) {}
+        : expectation_(expectation), document_(document), following_(expectation) {}
 
     Provenance attribute(ExpectedObject const & owner, std::string_view name) const;
     // A host, or a port base of one.
@@ -43,13 +44,10 @@ private:
     Provenance missingDestination(ExpectedObject const & edge, EdgeFollower const & follower,
                                   std::string const & key) const;
     Provenance leftDestination(EdgeFollower const & follower, ExpectedCell const & cell) const;
-    // The port base of version 2 at that path; null when there is none.
-    NetworkTopology::PortBaseV2 const * portBase(std::string const & path) const;
-    // The counterpart of what stands at that path of version 2; null when there is none.
-    ExpectedPtr counterpart(std::string const & path) const;
 
     Expectation const & expectation_;
     nlohmann::json const & document_;
+    Following const following_;
 };
 
 // The version-2 entry that a fresh translation takes for the version-3 entry with that target: the last one,

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -31,6 +32,7 @@ public:
     void activeIs(bool active) { isActive_ = active; }
     // Follows another object of the name.
     void rebind(Model const & model);
+    // Deletes the counterpart; a follower that has none leaves alone what bears its name.
     void retire();
 
     void onType() final;
@@ -92,8 +94,8 @@ public:
 
     ExpectedPtr const & object() const { return object_; }
     bool follows(Vel::PtrInterface const * model) const { return notifierObject().get() == model; }
-    // The follower of a group; null when there is none.
-    PortGroupFollower const * group(std::string_view name) const { return groups_.find(name); }
+    // What follows a port base of the host; nothing when nothing does.
+    std::optional<Followed> member(std::string_view collection, std::string_view name) const;
     void activeIs(bool active);
     void rebind(NetworkTopology::HostV2 const & host);
     void retire();

@@ -36,6 +36,7 @@ HostFollower::HostFollower(ExpectedOutput & output, HostV2 const & host)
       mlags_(output, "mlag") {
     notifierIs(HostV2::PtrConst(&host));
     isRegisteredNotifieeIs(true);
+    hasNotificationActiveIs(true);
     object_ = output_.hostIs(name_);
     output_.adopted(object_);
     output_.entriesOf(object_, &host);
@@ -43,6 +44,11 @@ HostFollower::HostFollower(ExpectedOutput & output, HostV2 const & host)
     followPorts(Rule::none);
     followGroups(Rule::none);
     followMlags(Rule::none);
+}
+
+std::optional<Followed> HostFollower::member(std::string_view collection, std::string_view name) const {
+    if (collection == "port") return ports_.followed(name);
+    return collection == "portGroup" ? groups_.followed(name) : mlags_.followed(name);
 }
 
 void HostFollower::activeIs(bool active) {
@@ -56,6 +62,7 @@ void HostFollower::activeIs(bool active) {
 void HostFollower::rebind(HostV2 const & host) {
     notifierIs(HostV2::PtrConst(&host));
     isRegisteredNotifieeIs(true);
+    hasNotificationActiveIs(true);
     if (object_) {
         object_->astray = {};
         object_->boundIs(output_.line());
@@ -69,8 +76,10 @@ void HostFollower::rebind(HostV2 const & host) {
 
 void HostFollower::retire() {
     notifierIs(nullptr);
-    output_.entriesOf(object_, nullptr);
-    output_.hostDel(name_);
+    if (object_) {
+        output_.entriesOf(object_, nullptr);
+        output_.hostDel(name_);
+    }
     ports_.retire();
     groups_.retire();
     mlags_.retire();

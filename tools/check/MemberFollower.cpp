@@ -39,6 +39,7 @@ template <class Model, class Reactor>
 void MemberFollower<Model, Reactor>::follow(Model const & model) {
     this->notifierIs(Vel::Ptr<Model const>(&model));
     this->isRegisteredNotifieeIs(true);
+    this->hasNotificationActiveIs(true);
 }
 
 template <class Model, class Reactor>
@@ -56,6 +57,7 @@ template <class Model, class Reactor>
 void MemberFollower<Model, Reactor>::retire() {
     std::string_view const collection = collectionOf(*this->notifier());
     this->notifierIs(nullptr);
+    if (!object_) return;
     output_.entriesOf(object_, nullptr);
     output_.memberDel(hostName_, collection, name_);
 }

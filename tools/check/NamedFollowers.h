@@ -3,6 +3,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -11,6 +12,12 @@
 #include "tools/check/ExpectedOutput.h"
 
 namespace TopologyTools {
+
+// What a follower follows, and what it writes to.
+struct Followed {
+    Vel::PtrInterface const * model = nullptr;  // For comparison.
+    ExpectedPtr object;                         // Null when there was no place for it.
+};
 
 // `owner` is always the expected object that holds the counterparts; null when there is none.
 template <class Follower>
@@ -23,6 +30,13 @@ public:
     Follower const * find(std::string_view name) const {
         auto const found = followers_.find(name);
         return found == followers_.end() ? nullptr : found->second.get();
+    }
+
+    // Nothing when there is no follower of that name.
+    std::optional<Followed> followed(std::string_view name) const {
+        Follower const * const follower = find(name);
+        if (!follower) return std::nullopt;
+        return Followed{follower->notifierObject().get(), follower->object()};
     }
 
     // Version 2 now holds `model` under the name; null for nothing. `make(model)` makes a follower. With a

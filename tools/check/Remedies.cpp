@@ -73,14 +73,22 @@ std::optional<std::string> Remedies::possibleTarget(std::string const & path) co
     return std::nullopt;
 }
 
-Remedy Remedies::member(std::string const & path) const {
-    if (auto const value = at(path)) return removeAndAdd(path, *value);
-    return {"Add " + path + " and remove it.", {add(path, json::object()), remove(path)}};
-}
-
-Remedy Remedies::edge(std::string const & path) const {
+Remedy Remedies::object(Stray const & object) const {
+    std::string const & path = object.path;
     auto const value = at(path);
-    return value ? removeAndAdd(path, *value) : leftEdge(path);
+    Remedy remedy;
+    if (value)
+        remedy = removeAndAdd(path, *value);
+    else if (path.starts_with("/edge/"))
+        remedy = leftEdge(path);
+    else
+        remedy = {"Add " + path + " and remove it.", {add(path, json::object()), remove(path)}};
+    if (!object.staysOnce) return remedy;
+    remedy.sentence.back() = ',';
+    remedy.sentence += " and do so once more.";
+    std::vector<ordered_json> const once = remedy.lines;
+    remedy.lines.insert(remedy.lines.end(), once.begin(), once.end());
+    return remedy;
 }
 
 Remedy Remedies::leftEdge(std::string const & path) const {
@@ -97,13 +105,14 @@ Remedy Remedies::leftEdge(std::string const & path) const {
             std::move(lines)};
 }
 
-Remedy Remedies::destination(std::string const & edgePath, std::string const & key) const {
-    std::string const path = joinJsonPointer(joinJsonPointer(edgePath, "toPort"), key);
-    if (auto const flag = at(path)) {
+Remedy Remedies::destination(Stray const & edge, std::string const & key) const {
+    std::string const path = joinJsonPointer(joinJsonPointer(edge.path, "toPort"), key);
+    auto const flag = at(path);
+    if (flag && edge.isFollowed) {
         return {"Change the flag " + path + " and change it back.",
                 {add(path, !flag->get<bool>()), add(path, *flag)}};
     }
-    return removeAndAdd(edgePath, *at(edgePath));
+    return object(edge);
 }
 
 Remedy Remedies::entry(std::string const & collectionPath, std::string const & key,

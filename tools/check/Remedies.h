@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/check/Difference.h"
+#include "tools/check/Following.h"
 #include "tools/document/Shape.h"
 
 namespace TopologyTools {
@@ -20,9 +21,9 @@ public:
     // The paths are the same in both models.
     Remedy value(std::string const & path, MemberShape const & attribute) const;
     Remedy reference(std::string const & path) const;
-    Remedy member(std::string const & path) const;
-    Remedy edge(std::string const & path) const;
-    Remedy destination(std::string const & edgePath, std::string const & key) const;
+    // A host, a port base or an edge.
+    Remedy object(Stray const & object) const;
+    Remedy destination(Stray const & edge, std::string const & key) const;
     // `source`: the version-2 key whose entry is to stand; nothing when none is to.
     Remedy entry(std::string const & collectionPath, std::string const & key,
                  std::optional<std::string> const & source) const;

@@ -124,18 +124,7 @@ constexpr auto rules = std::to_array<RuleText>({
 
 static_assert(rules.size() == static_cast<std::size_t>(Rule::notificationsOff));
 
-// Text in lines of at most this many columns.
-void appendWrapped(std::string & page, std::string_view text) {
-    constexpr std::size_t columns = 110;
-    while (text.size() > columns) {
-        std::size_t const end = text.rfind(' ', columns);
-        page += text.substr(0, end);
-        page += '\n';
-        text.remove_prefix(end + 1);
-    }
-    page += text;
-    page += '\n';
-}
+constexpr std::size_t pageColumns = 110;
 
 }  // namespace
 
@@ -146,20 +135,33 @@ RuleText const & ruleText(Rule rule) {
                          [&](RuleText const & text) { return text.rule == rule; });
 }
 
+std::string wrapped(std::string_view text, std::size_t columns, std::string_view indent) {
+    std::string lines;
+    while (!text.empty()) {
+        std::size_t end = text.size();
+        if (end > columns - indent.size()) end = text.rfind(' ', columns - indent.size());
+        lines += std::string(indent) + std::string(text.substr(0, end)) + '\n';
+        text.remove_prefix(std::min(text.size(), end + 1));
+    }
+    return lines;
+}
+
 std::string knownDifferencesPage() {
     std::string page = "# Known differences\n\n";
-    appendWrapped(
-        page, "A version-3 model that a translator keeps in step may differ from what a fresh translation of "
-              "the same version-2 model would give, and yet nothing is wrong: the translator follows changes "
-              "as they come and repairs nothing afterwards. These are all the ways in which that happens, "
-              "under the names that `topology-sync check` reports; any other difference is a fault.");
+    page += wrapped(
+        "A version-3 model that a translator keeps in step may differ from what a fresh translation of "
+        "the same version-2 model would give, and yet nothing is wrong: the translator follows changes "
+        "as they come and repairs nothing afterwards. These are all the ways in which that happens, "
+        "under the names that `topology-sync check` reports; any other difference is a fault.",
+        pageColumns);
     page += '\n';
-    appendWrapped(page, "This page is made: `topology-sync check --rules > docs/known-differences.md`.");
+    page +=
+        wrapped("This page is made: `topology-sync check --rules > docs/known-differences.md`.", pageColumns);
     for (RuleText const & rule : rules) {
         page += "\n## " + std::string(rule.id) + "\n\n";
-        appendWrapped(page, "**" + std::string(rule.title) + ".** " + std::string(rule.why));
+        page += wrapped("**" + std::string(rule.title) + ".** " + std::string(rule.why), pageColumns);
         page += '\n';
-        appendWrapped(page, "To close it: " + std::string(rule.close));
+        page += wrapped("To close it: " + std::string(rule.close), pageColumns);
     }
     return page;
 }

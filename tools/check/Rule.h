@@ -2,6 +2,7 @@
 // the translator that leave such differences, each with a name that reports and documentation use.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -45,6 +46,9 @@ struct RuleText {
 std::span<RuleText const> allRules();
 // REQUIRES: not Rule::none.
 RuleText const & ruleText(Rule rule);
+
+// `text` in lines of at most so many columns, `indent` included, each ended.
+std::string wrapped(std::string_view text, std::size_t columns, std::string_view indent = {});
 
 // docs/known-differences.md: what `topology-sync check --rules` prints.
 std::string knownDifferencesPage();

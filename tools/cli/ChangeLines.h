@@ -11,6 +11,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -32,8 +33,9 @@ public:
 
     // Applies the next operation and gives the number of its line; nothing when there are no more. Throws
     // InputError for a bad line that ends the stream, and when the stream cannot be read. An exception out of
-    // a reactor of the model passes.
-    std::optional<std::size_t> applyNext();
+    // a reactor of the model passes. `before` is called with the number of every line that is about to be
+    // applied, be it bad or blank.
+    std::optional<std::size_t> applyNext(std::function<void(std::size_t)> const & before = {});
 
     ExitStatus exitStatus() const { return hasBadLines_ ? kBadInput : kDone; }
 

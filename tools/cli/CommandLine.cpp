@@ -41,8 +41,8 @@ int run(int argc, char const * const * argv) {
                              "Print the version and exit");
     program.require_subcommand(1);
     std::vector<Subcommand> const commands{translateCommand(program), followCommand(program),
-                                           generateCommand(program), inspectCommand(program),
-                                           schemaCommand(program)};
+                                           checkCommand(program),     generateCommand(program),
+                                           inspectCommand(program),   schemaCommand(program)};
     try {
         program.parse(argc, argv);
     } catch (CLI::CallForHelp const &) {

@@ -41,6 +41,7 @@ CLI::Option * addNumber(CLI::App & command, std::string const & name, std::uint6
 Subcommand translateCommand(CLI::App & program);
 Subcommand followCommand(CLI::App & program);
 Subcommand generateCommand(CLI::App & program);
+Subcommand checkCommand(CLI::App & program);
 Subcommand inspectCommand(CLI::App & program);
 Subcommand schemaCommand(CLI::App & program);
 

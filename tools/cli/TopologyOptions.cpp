@@ -27,10 +27,14 @@ void addTopologyOptions(CLI::App & command, TopologyOptions & options) {
         ->type_name("ID");
 }
 
-Translation translate(TopologyOptions const & options) {
-    LoadedTopology const topology = readTopology(readInput(options.file), options.import);
+LoadedTopology read(TopologyOptions const & options) {
+    LoadedTopology topology = readTopology(readInput(options.file), options.import);
     for (Diagnostic const & diagnostic : topology.diagnostics) message(diagnostic.text());
-    return translate(topology.fill, options.attach == "after" ? Attach::after : Attach::before);
+    return topology;
+}
+
+Translation translate(TopologyOptions const & options) {
+    return translate(read(options).fill, options.attach == "after" ? Attach::after : Attach::before);
 }
 
 }  // namespace TopologyTools

@@ -18,7 +18,9 @@ struct TopologyOptions {
 // Adds FILE and what belongs to it.
 void addTopologyOptions(CLI::App & command, TopologyOptions & options);
 
-// Reads FILE, tells of guesses as messages, and translates. Throws InputError.
+// Reads FILE and tells of guesses as messages. Throws InputError.
+LoadedTopology read(TopologyOptions const & options);
+// The same, and translates.
 Translation translate(TopologyOptions const & options);
 
 }  // namespace TopologyTools

@@ -43,6 +43,20 @@ TEST_F(Changes, ApplyOneByOne) {
     EXPECT_EQ(status_->host().size(), 2u);
 }
 
+TEST_F(Changes, AreAnnouncedBeforeTheyAreMade) {
+    ChangeLines changes(folder_.file("changes", "\n"
+                                                R"({"op":"add","path":"/host/a","value":{}})"
+                                                "\nnonsense\n"),
+                        *status_, BadLine::isToldAndSkipped);
+    std::vector<std::size_t> hostsBefore;
+    while (changes.applyNext([&](std::size_t number) {
+        EXPECT_EQ(number, hostsBefore.size() + 1);
+        hostsBefore.push_back(status_->host().size());
+    })) {
+    }
+    EXPECT_THAT(hostsBefore, ElementsAre(0, 0, 1));
+}
+
 std::string const kOneBadLine = R"({"op":"add","path":"/host/a","value":{}})"
                                 "\n"
                                 R"({"op":"add","path":"/host/b/port/p","value":{}})"

@@ -28,7 +28,8 @@ TEST(Usage, HelpIsAResult) {
                                                {"inspect", "-h"},
                                                {"schema", "--help"},
                                                {"generate", "--help"},
-                                               {"follow", "--help"}}) {
+                                               {"follow", "--help"},
+                                               {"check", "--help"}}) {
         ProgramRun const run = runProgram(arguments);
         EXPECT_EQ(run.status, 0);
         EXPECT_THAT(run.output, HasSubstr("Usage: topology-sync"));
@@ -38,9 +39,10 @@ TEST(Usage, HelpIsAResult) {
 
 TEST(Usage, HelpNamesWhatThereIs) {
     std::string const help = runProgram({"--help"}).output;
-    for (char const * word : {"translate", "follow", "generate", "inspect", "schema", "--version", "--help"})
+    for (char const * word :
+         {"translate", "follow", "check", "generate", "inspect", "schema", "--version", "--help"}) {
         EXPECT_THAT(help, HasSubstr(word));
-    EXPECT_THAT(help, ::testing::Not(HasSubstr("check")));
+    }
     std::string const translate = runProgram({"translate", "--help"}).output;
     for (char const * word : {"FILE", "--attach", "--format", "--from", "--network", "--output"}) {
         EXPECT_THAT(translate, HasSubstr(word));
@@ -76,6 +78,8 @@ TEST(Usage, BadUsageSaysWhatIsWrongAndWhereHelpIs) {
                            {{"follow"}, "FILE", "topology-sync follow"},
                            {{"follow", kFabric, "a", "b"}, "b", "topology-sync follow"},
                            {{"follow", kFabric, "--attach", "never"}, "never", "topology-sync follow"},
+                           {{"check"}, "FILE", "topology-sync check"},
+                           {{"check", kFabric, "--format", "svg"}, "svg", "topology-sync check"},
                            {{"inspect", "--format", "xml"}, "xml", "topology-sync inspect"},
                            {{"inspect", "a", "b"}, "b", "topology-sync inspect"},
                            {{"schema"}, "MODEL", "topology-sync schema"},
@@ -96,6 +100,8 @@ std::vector<std::vector<std::string>> writers() {
             {"schema", "v3"},
             {"generate", "--hosts", "300"},
             {"follow", kFabric},
+            {"check", kFabric},
+            {"check", "--rules"},
             {"translate", kFabric},
             {"translate", "--format", "svg", kFabric}};
 }
