@@ -137,9 +137,10 @@ struct Call {
 
 // A reactor: its key as it answers now, and its flags.
 struct ReactorState {
-    std::string kind =
-        {};     // "root", "VelV2", "VelV3", "host", "edge", or collectionName() of a member's kind
-    Name name;  // of the object followed; of an edge's from-port; empty for a status or without an object
+    // "root", "VelV2", "VelV3", "host", "edge", or collectionName() of a member's kind.
+    std::string kind = {};
+    // Of the object followed; of an edge's from-port; empty for a status or without an object.
+    Name name = {};
     bool bound = false;
     bool active = false;
     bool zombie = false;
