@@ -52,8 +52,7 @@ constexpr auto rules = std::to_array<RuleText>({
      "Write the version-2 reference again: clear it, or point it at the new object."},
     {Rule::secondaryNameKept, "secondary-name-kept", "The secondary name of an MLAG is taken once",
      "It is given when the version-3 MLAG port is made and cannot change afterwards; changes of the "
-     "version-2 "
-     "secondary name tell nobody.",
+     "version-2 secondary name tell nobody.",
      "Remove the version-2 MLAG and add it again with the new secondary name."},
     {Rule::rawMlagPopulatedLocally, "raw-mlag-populated-locally",
      "The first translation looks for a raw MLAG in the host that lists it",
@@ -80,13 +79,11 @@ constexpr auto rules = std::to_array<RuleText>({
      "Set the version-2 entry that is to stand to null and back."},
     {Rule::edgeLeftBehind, "edge-left-behind", "An edge stays when its port leaves before it",
      "An edge is removed under the key of its port. Once the port, or its host, has left or has been "
-     "replaced, "
-     "the key cannot be told any more, and the version-3 edge stays.",
+     "replaced, the key cannot be told any more, and the version-3 edge stays.",
      "Have a port of that name, add an edge from it, and remove that edge."},
     {Rule::edgeUnresolved, "edge-unresolved", "An edge whose port has no counterpart yet is not made",
      "The version-3 edge is made when the version-2 edge appears; if its port has no version-3 counterpart "
-     "at "
-     "that moment, the next change of a destination tries again, and nothing else does.",
+     "at that moment, the next change of a destination tries again, and nothing else does.",
      "Change a destination of the edge, or remove the edge and add it again."},
     {Rule::edgeShared, "edge-shared", "Edges from version-2 ports of one name share one version-3 edge",
      "A version-3 edge stands under the name of its port. While a departed port of that name still has an "
