@@ -12,7 +12,6 @@
 #include "tools/cli/Subcommand.h"
 #include "tools/cli/TopologyOptions.h"
 #include "tools/document/DocumentWriter.h"
-#include "tools/follow/FollowVersion3.h"
 #include "tools/follow/ModelRecorder.h"
 #include "tools/follow/Replay.h"
 
@@ -35,10 +34,12 @@ public:
 // The operations that the translator causes, on their way out.
 class Follower {
 public:
-    explicit Follower(Options const & options)
+    Follower(Options const & options, Follow const & follow)
         : translation_(translate(options.topology)),
           changes_(options.changes, *translation_.v2,
-                   options.keepGoing ? BadLine::isToldAndSkipped : BadLine::ends) {
+                   options.keepGoing ? BadLine::isToldAndSkipped : BadLine::ends),
+          recorder_(root_, follow,
+                    [this](PatchOperation operation) { told_.push_back(std::move(operation)); }) {
         if (options.verify) replay_.emplace();
     }
 
@@ -69,17 +70,16 @@ private:
     Vel::GenericIf const root_ = Vel::GenericIf::of(translation_.v3);
     ChangeLines changes_;
     std::vector<PatchOperation> told_;  // Since the last line.
-    ModelRecorder recorder_{root_, followVersion3,
-                            [this](PatchOperation operation) { told_.push_back(std::move(operation)); }};
+    ModelRecorder recorder_;
     std::optional<Replay> replay_;  // With --verify.
 };
 
-int follow(Options const & options) {
+int followChanges(Options const & options, Follow const & follow) {
     if (options.topology.file == "-" && options.changes == "-") {
         throw std::invalid_argument("FILE and CHANGES cannot both be standard input");
     }
     try {
-        return Follower(options).run();
+        return Follower(options, follow).run();
     } catch (Fault const & fault) {
         message(std::string("topology-sync: ") + fault.what());
         return kDoesNotHold;
@@ -88,7 +88,7 @@ int follow(Options const & options) {
 
 }  // namespace
 
-Subcommand followCommand(CLI::App & program) {
+Subcommand followCommand(CLI::App & program, Follow follow) {
     CLI::App * const command =
         program.add_subcommand("follow", "Print what the translator does about changes of a topology");
     auto const options = std::make_shared<Options>();
@@ -109,7 +109,7 @@ Subcommand followCommand(CLI::App & program) {
                     "one puts the document of FILE in place; \"cause\" is the number of the line in\n"
                     "CHANGES that caused the operation. An interrupt (SIGINT, SIGTERM) is taken as\n"
                     "the end of CHANGES.");
-    return {command, [options] { return follow(*options); }};
+    return {command, [options, follow = std::move(follow)] { return followChanges(*options, follow); }};
 }
 
 }  // namespace TopologyTools

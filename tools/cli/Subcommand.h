@@ -8,6 +8,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "tools/follow/FollowVersion3.h"
+
 namespace TopologyTools {
 
 // Exit status of the program.
@@ -39,10 +41,11 @@ CLI::Option * addNumber(CLI::App & command, std::string const & name, std::uint6
 
 // Each declares its subcommand below `program`.
 Subcommand translateCommand(CLI::App & program);
-Subcommand followCommand(CLI::App & program);
 Subcommand generateCommand(CLI::App & program);
 Subcommand checkCommand(CLI::App & program);
 Subcommand inspectCommand(CLI::App & program);
 Subcommand schemaCommand(CLI::App & program);
+// `follow` makes the reactors by which the version-3 model is followed.
+Subcommand followCommand(CLI::App & program, Follow follow = followVersion3);
 
 }  // namespace TopologyTools

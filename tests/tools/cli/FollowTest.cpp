@@ -9,11 +9,14 @@
 #include <nlohmann/json.hpp>
 
 #include "platform/NetworkTopology/StatusV2.h"
+#include "platform/NetworkTopologyV3/Host.h"
 #include "tests/support/SourceTree.h"
 #include "tests/tools/cli/RunProgram.h"
 #include "tools/cli/InputFile.h"
+#include "tools/cli/Subcommand.h"
 #include "tools/cli/Translation.h"
 #include "tools/document/DocumentWriter.h"
+#include "tools/follow/FollowVersion3.h"
 #include "tools/json/JsonPointer.h"
 
 namespace TopologyTools {
@@ -266,6 +269,38 @@ TEST(Follow, VerifiesRandomChanges) {
             EXPECT_EQ(first.at("cause"), 0);
         }
     }
+}
+
+// Follows as it should, but does not hear of what happens to a host.
+Vel::Ptr<Vel::PtrInterface::NotifieeConst> followDeaf(Vel::GenericIf const & object,
+                                                      ObjectFollower & follower) {
+    auto const reactor = followVersion3(object, follower);
+    reactor->hasNotificationActiveIs(object.type() != &NetworkTopologyV3::Host::_velType);
+    return reactor;
+}
+
+TEST(Follow, VerifyEndsItWithTheFirstLineWhoseChangesAreNotAllTold) {
+    TemporaryFolder const folder;
+    std::string const topology = folder.file("v2.json", R"({"host":{"a":{}}})");
+    std::string const changes =
+        folder.file("changes", addition("/host/b", json::object()) + addition("/host/a/hostname", "A") +
+                                   addition("/host/c", json::object()));
+    CLI::App program;
+    Subcommand const command = followCommand(program, followDeaf);
+    program.parse("follow --verify " + topology + ' ' + changes);
+    ::testing::internal::CaptureStdout();
+    ::testing::internal::CaptureStderr();
+    int const status = command.run();
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+              "topology-sync: internal fault: after line 2, the output lacks "
+              R"({"op":"add","path":"/host/a/hostname","value":"A"})"
+              "\n");
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(),
+              R"({"op":"replace","path":"","value":{"host":{"a":{}}},"cause":0})"
+              "\n"
+              R"({"op":"add","path":"/host/b","value":{},"cause":1})"
+              "\n");
+    EXPECT_EQ(status, 1);
 }
 
 TEST(Follow, SaysTheSameEveryTime) {
