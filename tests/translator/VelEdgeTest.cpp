@@ -178,6 +178,21 @@ TEST_F(EdgeRegistry, DeletesAlsoReactorsThatHaveLostTheirEdge) {
     EXPECT_EQ(sm->edge().size(), 0U);
 }
 
+// Or another port might come to stand at its address.
+TEST_F(EdgeRegistry, HoldsTheKeyOfAReactorThatHasLostItsEdge) {
+    Vel::Ptr<PortV2> lost = hostV2->portIs("lost");
+    models.v2->edgeIs(lost);
+    auto const live = PortV2::velAllocTrackTypeInfo_->live();
+    sm->edge(lost)->notifierIs(nullptr);
+    sm->velV2()->hasNotificationActiveIs(false);
+    models.v2->edgeDel(lost);
+    hostV2->portDel("lost");
+    lost = nullptr;
+    EXPECT_EQ(PortV2::velAllocTrackTypeInfo_->live(), live);
+    sm->edgeDelAll();
+    EXPECT_EQ(PortV2::velAllocTrackTypeInfo_->live(), live - 1);
+}
+
 TEST_F(EdgeRegistry, CleansUpByTheHookAndNothingElse) {
     Journal journal;
     sm->vel_handleEdge(reactor);

@@ -322,6 +322,14 @@ TEST_F(VelV3, IgnoresEveryChangeOfTheOutput) {
     EXPECT_THAT(journal.taken(), IsEmpty());
 }
 
+TEST_F(VelV3, BoundToTheSameStatusDoesNotEvenRegister) {
+    reactor->isRegisteredNotifieeIs(false);
+    Journal journal;
+    reactor->notifierIs(models.v3);
+    EXPECT_THAT(journal.taken(), IsEmpty());
+    EXPECT_FALSE(reactor->isRegisteredNotifiee());
+}
+
 TEST_F(VelV3, MovesItsRegistrationToAnotherStatus) {
     auto const other = NetworkTopologyV3::Status::StatusIs();
     Journal journal;
