@@ -15,7 +15,9 @@
 // So is a difference that nothing explains.
 //
 // Not supported
-//     Changes of the translator other than those below; writing the version-3 model.
+//     Changes of the translator other than those below; writing the version-3 model. A translator that is
+//     retired as a whole, another version-3 status, and one that held something before cannot come about: a
+//     Checker makes its translator and an empty version-3 status itself, and lets neither be replaced.
 #pragma once
 
 #include <vector>
