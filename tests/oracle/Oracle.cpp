@@ -226,6 +226,10 @@ void Oracle::sweep() {
         mark(r.notifier, marked);
         mark(r.output, marked);
     }
+    if (root_) {
+        // The key outlives the edge that an unbound reactor has lost.
+        for (auto const & [fromPort, reactor] : root_->edge) mark(fromPort, marked);
+    }
     auto const purge = [&marked](auto & table) {
         std::erase_if(table, [&marked](auto const & entry) { return !marked.contains(entry.first); });
     };

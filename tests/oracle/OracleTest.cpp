@@ -1309,6 +1309,22 @@ TEST_F(Edges, DeletingAllLeavesWhatCleanupCannotFind) {
     EXPECT_TRUE(out().edge.contains("/host/b/port/1"));
 }
 
+TEST_F(Edges, AReactorThatLostItsEdgeHoldsTheFromPortThatIsItsKey) {
+    Id const port = o.memberCreate(b, kPort, "x");
+    Id const edge = o.statusEdge(input, port);
+    attach();
+    o.reactorNotifierIs(o.edgeReactor(port), kNull);
+    o.v2Del();
+    o.statusEdgeDel(input, port);
+    o.memberDel(b, kPort, "x");
+    o.drop(edge);
+    o.drop(port);
+    EXPECT_FALSE(o.alive(edge));
+    EXPECT_TRUE(o.alive(port));
+    o.edgeDelAll();
+    EXPECT_FALSE(o.alive(port));
+}
+
 TEST_F(Edges, DeletingAllDestinationsActsKeyByKey) {
     o.toPortIs(e, g, false);
     attach();
