@@ -905,6 +905,10 @@ private:
         if (!o.exists()) return chance(1, 3) ? std::optional(prefer(Op::Create)) : std::nullopt;
         if (o.zombie() && chance(1, 8)) return Step{Op::VelDoZombieReactors, {0, 0, 0, 0}};
         if (!o.active() && chance(1, 8)) return Step{Op::HasNotificationActiveIs, {1, 0, 0, 0}};
+        // That wakes retired reactors without reviving them.
+        if (o.active() && isAnySilent() && chance(1, 12)) {
+            return Step{Op::HasNotificationActiveIs, {1, 0, 0, 0}};
+        }
         if (o.velV2() == kNull && chance(1, 8)) return prefer(Op::V2Is);
         if (o.velV3() == kNull && chance(1, 8)) return prefer(Op::V3Is);
         for (auto const & name : o.hostReactors()) {
@@ -913,6 +917,22 @@ private:
             if (astray && chance(1, 80)) return Step{Op::Destroy, {}};
         }
         return std::nullopt;
+    }
+
+    bool isAnySilent() const {
+        auto const & o = subject_.oracle();
+        auto const isSilent = [&o](Id reactor) { return !o.reactorActive(reactor); };
+        for (auto const & name : o.hostReactors()) {
+            if (isSilent(o.hostReactor(name))) return true;
+            for (MemberKind const kind : kMemberKinds) {
+                for (auto const & member : o.memberReactors(name, kind)) {
+                    if (isSilent(o.memberReactor(name, kind, member))) return true;
+                }
+            }
+        }
+        auto const edges = o.edgeReactors();
+        return std::any_of(edges.begin(), edges.end(),
+                           [&](Id fromPort) { return isSilent(o.edgeReactor(fromPort)); });
     }
 
     Step draw(std::vector<Weight> const & weights) {
@@ -1302,18 +1322,21 @@ std::string render(Tape const & tape) { return joined(renderCalls(tape)); }
 
 std::optional<std::string> firstFailure(std::function<SubjectPair()> const & makePair,
                                         std::uint64_t firstSeed, std::size_t count,
-                                        GeneratorOptions const & options) {
+                                        GeneratorOptions const & options, bool shrinks) {
     auto const difference = [&](Tape const & tape) {
         auto const pair = makePair();
         return run(tape, *pair.first, *pair.second);
     };
     for (std::size_t i = 0; i < count; ++i) {
         Tape const tape = generate(firstSeed + i, options);
-        if (!difference(tape)) continue;
+        auto found = difference(tape);
+        if (!found) continue;
+        std::string const seed = "seed " + std::to_string(firstSeed + i);
+        if (!shrinks) return seed + '\n' + render(tape) + found->text();
         Tape const small =
             shrink(tape, [&](Tape const & candidate) { return difference(candidate).has_value(); });
-        return "seed " + std::to_string(firstSeed + i) + ", shrunk to " + std::to_string(small.size()) +
-               " steps\n" + render(small) + difference(small)->text();
+        return seed + ", shrunk to " + std::to_string(small.size()) + " steps\n" + render(small) +
+               difference(small)->text();
     }
     return std::nullopt;
 }

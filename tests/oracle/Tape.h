@@ -423,11 +423,11 @@ Tape shrink(Tape tape, std::function<bool(Tape const &)> const & fails);
 std::string render(Tape const & tape);
 std::vector<std::string> renderCalls(Tape const & tape);
 
-// Runs `count` generated tapes on fresh pairs of subjects. The result is null, or the first failure, shrunk,
-// as text.
+// Runs `count` generated tapes on fresh pairs of subjects. The result is null, or the first failure as text;
+// shrunk, which takes hundreds of runs, or as it was made.
 using SubjectPair = std::pair<std::unique_ptr<Subject>, std::unique_ptr<Subject>>;
 std::optional<std::string> firstFailure(std::function<SubjectPair()> const & makePair,
                                         std::uint64_t firstSeed, std::size_t count,
-                                        GeneratorOptions const & options = {});
+                                        GeneratorOptions const & options = {}, bool shrinks = true);
 
 }  // namespace oracle
