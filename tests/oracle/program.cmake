@@ -28,3 +28,12 @@ if(NTA_SANITIZE)
             ENVIRONMENT "TAPES=500;TAPE_SEED=${seed};ASAN_OPTIONS=malloc_context_size=1")
     endforeach()
 endif()
+
+# Whether the tapes find faults is for an hour that can be spared; that the faults can still be planted, for every build
+# that looks at the sources.
+if(NOT NTA_SANITIZE AND NOT NTA_COVERAGE)
+    find_package(Python3 REQUIRED COMPONENTS Interpreter)
+    set(oracle ${CMAKE_CURRENT_SOURCE_DIR}/oracle)
+    add_test(NAME oracle.faults COMMAND Python3::Interpreter ${oracle}/seeded_faults.py --check)
+    add_test(NAME oracle.faults.control COMMAND Python3::Interpreter ${oracle}/seeded_faults_test.py)
+endif()
