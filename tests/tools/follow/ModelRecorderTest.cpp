@@ -218,6 +218,44 @@ TEST_F(Recorder, KeepsNothingAliveThatHasLeft) {
     EXPECT_EQ(host->references(), 1u);
 }
 
+// Tells of the logical ports of a host as a whole, and of nothing else.
+class WholeReactor final : public Host::NotifieeConst {
+public:
+    explicit WholeReactor(ObjectFollower & follower) : follower_(follower) {}
+    void onLogicalPort(Vel::Name) override {}
+    void onLogicalPort() override { follower_.entriesChanged("logicalPort"); }
+
+private:
+    ObjectFollower & follower_;
+};
+
+Vel::Ptr<Vel::PtrInterface::NotifieeConst> followWhole(Vel::GenericIf const & object,
+                                                       ObjectFollower & follower) {
+    if (object.type() != &Host::_velType) return followVersion3(object, follower);
+    Vel::Ptr<WholeReactor> const reactor = new WholeReactor(follower);
+    reactor->notifierIs(object.as<Vel::Ptr<Vel::PtrInterface const>>());
+    reactor->isRegisteredNotifieeIs(true);
+    reactor->hasNotificationActiveIs(true);
+    return reactor;
+}
+
+TEST_F(Recorder, LooksAtAllEntriesThatAReactorTellsOfAsAWhole) {
+    Host::Ptr const host = status_->hostIs("a");
+    host->logicalPortIs(host->portIs("p"));
+    host->logicalPortIs(host->portIs("q"));
+    std::vector<PatchOperation> operations;
+    ModelRecorder const recorder(Vel::GenericIf::of(status_), followWhole,
+                                 [&](PatchOperation o) { operations.push_back(std::move(o)); });
+    host->logicalPortDelAll();
+    EXPECT_EQ(spelled(operations), "remove /host/a/logicalPort/p\n"
+                                   "remove /host/a/logicalPort/q\n"
+                                   "remove /host/a/logicalPort\n");
+    operations.clear();
+    host->logicalPortIs(host->port("q"));
+    EXPECT_EQ(spelled(operations), "add /host/a/logicalPort {}\n"
+                                   "add /host/a/logicalPort/q \"/host/a/port/q\"\n");
+}
+
 // Random changes of every kind that the type records offer.
 class RandomChanges {
 public:
