@@ -46,7 +46,7 @@ endfunction()
 # without the ones above it. A folder that is not a floor gets everything there is.
 function(nta_link_floor target folder)
     set(platform Vel VelThreadSafe Keln Mlag NetworkTopology NetworkTopologyV3 platform)
-    set(aggregator finder translator)
+    set(aggregator finder translator reflection)
     if(folder IN_LIST platform)
         set(wanted network-topology-platform)
     elseif(folder IN_LIST aggregator)

@@ -24,6 +24,9 @@ public:
     using Ptr = Vel::Ptr<PortBaseFinder>;
     using PtrConst = Vel::Ptr<PortBaseFinder const>;
 
+    static Vel::VelType const _velType;
+    Vel::VelType const * fwkType() const override;
+
     // Both hosts are kept alive; null is allowed, but a finder without a version-3 host finds nothing.
     PortBaseFinder(Vel::Ptr<NetworkTopology::HostV2 const> const & hostV2,
                    Vel::Ptr<NetworkTopologyV3::Host> const & hostV3);

@@ -76,7 +76,10 @@ public:
     static Ptr V2SmIs(Vel::Name name, Vel::Ptr<NetworkTopology::StatusV2 const> v2,
                       Vel::Ptr<NetworkTopologyV3::Status> v3);
 
+    static Vel::VelType const _velType;
+
     void hasNotificationActiveIs(bool active) override;
+    Vel::VelType const * fwkType() const override;
     ~V2Sm() override;
     virtual void velDoZombieReactors(bool zombie);
 

@@ -67,7 +67,7 @@ constexpr Vel::VelArg toPortArgs[] = {{"port", &PortBaseV2::_velType},
 using Attrs = Vel::Attrs<DirectedEdgeV2>;
 
 constexpr Vel::VelAttr attributes[] = {
-    Attrs::readOnly<&DirectedEdgeV2::fromPort>("fromPort", 130),
+    Attrs::immutable<&DirectedEdgeV2::fromPort>("fromPort", 130),
     Attrs::valueCollection<Vel::Ptr<PortBaseV2 const>, bool, [](DirectedEdgeV2 & o) { return o.toPort(); },
                            [](DirectedEdgeV2 & o, Vel::Ptr<PortBaseV2 const> const & key) {
                                return o.toPortEntry(key);

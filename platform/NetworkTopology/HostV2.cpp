@@ -179,7 +179,7 @@ constexpr Vel::VelArg logicalPortArgs[] = {{"name", &Vel::Name::_velType},
 using Attrs = Vel::Attrs<HostV2>;
 
 constexpr Vel::VelAttr attributes[] = {
-    Attrs::readOnly<&HostV2::name>("name", 130),
+    Attrs::immutable<&HostV2::name>("name", 130),
     Attrs::value<&HostV2::hostname, &HostV2::hostnameIs>("hostname", 131),
     Attrs::value<&HostV2::hostnameAddedByOwner, &HostV2::hostnameAddedByOwnerIs>("hostnameAddedByOwner", 132),
     Attrs::value<&HostV2::mlagSystemId, &HostV2::mlagSystemIdIs>("mlagSystemId", 133),

@@ -43,7 +43,7 @@ namespace {
 using Attrs = Vel::Attrs<PortBaseV2>;
 
 constexpr Vel::VelAttr attributes[] = {
-    Attrs::readOnly<&PortBaseV2::name>("name", 130),
+    Attrs::immutable<&PortBaseV2::name>("name", 130),
     Attrs::value<&PortBaseV2::type, &PortBaseV2::typeIs>("type", 131),
     Attrs::value<&PortBaseV2::addedByOwner, &PortBaseV2::addedByOwnerIs>("addedByOwner", 132),
     Attrs::readOnly<&PortBaseV2::host>("host", 133),

@@ -51,7 +51,7 @@ constexpr Vel::VelArg toPortArgs[] = {{"port", &PortKey::_velType}, {"flag", &Ve
 using Attrs = Vel::Attrs<DirectedEdge>;
 
 constexpr Vel::VelAttr attributes[] = {
-    Attrs::readOnly<&DirectedEdge::fromPort>("fromPort", 130),
+    Attrs::immutable<&DirectedEdge::fromPort>("fromPort", 130),
     Attrs::valueCollection<PortKey, bool, [](DirectedEdge & o) { return o.toPort(); },
                            [](DirectedEdge & o, PortKey const & key) {
                                std::optional<bool> const flag = o.toPort(key);

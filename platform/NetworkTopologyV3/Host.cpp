@@ -130,7 +130,7 @@ constexpr Vel::VelArg logicalPortArgs[] = {{"name", &Vel::Name::_velType}, {"por
 using Attrs = Vel::Attrs<Host>;
 
 constexpr Vel::VelAttr attributes[] = {
-    Attrs::readOnly<&Host::name>("name", 130),
+    Attrs::immutable<&Host::name>("name", 130),
     Attrs::value<&Host::hostname, &Host::hostnameIs>("hostname", 131),
     Attrs::value<&Host::mlagDomainId, &Host::mlagDomainIdIs>("mlagDomainId", 132),
     Attrs::value<&Host::mlagSystemId, &Host::mlagSystemIdIs>("mlagSystemId", 133),

@@ -24,7 +24,7 @@ namespace {
 using Attrs = Vel::Attrs<MlagPort>;
 
 constexpr Vel::VelAttr attributes[] = {
-    Attrs::readOnly<&MlagPort::secondaryName>("secondaryName", 258),
+    Attrs::immutable<&MlagPort::secondaryName>("secondaryName", 258),
     Attrs::value<&MlagPort::localPortGroup, &MlagPort::localPortGroupIs>("localPortGroup", 259),
 };
 

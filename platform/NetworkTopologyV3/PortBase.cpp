@@ -54,9 +54,9 @@ namespace {
 using Attrs = Vel::Attrs<PortBase>;
 
 constexpr Vel::VelAttr attributes[] = {
-    Attrs::readOnly<&PortBase::name>("name", 130),
+    Attrs::immutable<&PortBase::name>("name", 130),
     Attrs::value<&PortBase::type, &PortBase::typeIs>("type", 131),
-    Attrs::readOnly<&PortBase::portKey>("portKey", 132),
+    Attrs::immutable<&PortBase::portKey>("portKey", 132),
     Attrs::readOnly<&PortBase::host>("host", 133),
 };
 

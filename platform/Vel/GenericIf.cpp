@@ -1,5 +1,7 @@
 #include "platform/Vel/GenericIf.h"
 
+#include <algorithm>
+
 #include "platform/Vel/PtrInterface.h"
 
 namespace Vel {
@@ -156,9 +158,8 @@ GenericIf construct(VelType const & type, std::span<GenericIf const> args) {
         throw OpNotSupportedException(std::string(type.name()) + " cannot be constructed by name");
     }
     if (args.size() > type.ctorArgs().size()) {
-        throw RangeException("the constructor of " + std::string(type.name()) + " takes " +
-                             std::to_string(type.ctorArgs().size()) + " arguments, found " +
-                             std::to_string(args.size()));
+        GenericIfImpl::checkArgumentCount("the constructor of " + std::string(type.name()), type.ctorArgs(),
+                                          args, type.ctorArgs().size());
     }
     return type.record().genericIfFromCtorArgs(args);
 }
@@ -198,19 +199,29 @@ void throwArgument(std::string_view where, char const * argument, char const * p
 }
 
 void checkArgumentCount(VelAttr const & attr, std::span<GenericIf const> args, std::size_t expected) {
+    checkArgumentCount(qualifiedName(attr), attr.args(), args, expected);
+}
+
+void checkArgumentCount(std::string_view where, std::span<VelArg const> table,
+                        std::span<GenericIf const> args, std::size_t expected) {
     if (args.size() == expected) return;
-    if (args.size() < expected && args.size() < attr.args().size()) {
-        throwArgument(qualifiedName(attr), attr.args()[args.size()].name, "is missing");
+    if (args.size() < expected && args.size() < table.size()) {
+        throwArgument(where, table[args.size()].name, "is missing");
     }
-    throw RangeException(qualifiedName(attr) + " takes " + std::to_string(expected) +
-                         (expected == 1 ? " argument" : " arguments") + ", found " +
+    std::string names;
+    for (VelArg const & argument : table.first(std::min(expected, table.size()))) {
+        names += (names.empty() ? " (" : ", ") + std::string(argument.name);
+    }
+    if (!names.empty()) names += ')';
+    throw RangeException(std::string(where) + " takes " + std::to_string(expected) +
+                         (expected == 1 ? " argument" : " arguments") + names + ", found " +
                          std::to_string(args.size()));
 }
 
 void attributeOp(void * object, bool isConst, AttributeOp const & op, void * arguments, void * result,
                  bool * done) {
-    if (!(isConst ? op.attr->offersOnConst(op.operation) : op.attr->offers(op.operation))) return;
-    if (!op.attr->function()) return;
+    bool const offered = isConst ? op.attr->offersOnConst(op.operation) : op.attr->offers(op.operation);
+    if (!offered || !op.attr->function()) throwOpNotSupportedException(op);
     *static_cast<GenericIf *>(result) =
         op.attr->function()(*static_cast<PtrInterface *>(object), op,
                             *static_cast<std::span<GenericIf const> const *>(arguments));
@@ -218,12 +229,18 @@ void attributeOp(void * object, bool isConst, AttributeOp const & op, void * arg
 }
 
 void * iterator(void * object, VelAttr const * attr, IteratorVTable const ** table) {
+    if (!attr->iterator()) throwOpNotSupportedException({kIterate, attr});
     return attr->iterator()(*static_cast<PtrInterface *>(object), nullptr, table);
 }
 
 void * iteratorKey(void * object, VelAttr const * attr, GenericIf const & key,
                    IteratorVTable const ** table) {
-    return attr->iterator()(*static_cast<PtrInterface *>(object), &key, table);
+    if (!attr->iterator()) throwOpNotSupportedException({kIterate, attr});
+    try {
+        return attr->iterator()(*static_cast<PtrInterface *>(object), &key, table);
+    } catch (RangeException const & wrong) {
+        throwArgument(qualifiedName(*attr), attr->keyName().data(), wrong.what());
+    }
 }
 
 GenericIf enumeratorFromStrRep(VelType const & type, std::string_view text) {

@@ -26,6 +26,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 #include <variant>
@@ -257,6 +258,9 @@ using Vel::AttributeOp;
 // Checks the number of arguments against those that `attr` lists.
 VEL_EXPORT void checkArgumentCount(VelAttr const & attr, std::span<GenericIf const> args,
                                    std::size_t expected);
+// The same against the first `expected` ones of a table, which may have fewer.
+VEL_EXPORT void checkArgumentCount(std::string_view where, std::span<VelArg const> table,
+                                   std::span<GenericIf const> args, std::size_t expected);
 [[noreturn]] VEL_EXPORT void throwArgument(std::string_view where, char const * argument,
                                            char const * problem);
 
@@ -273,7 +277,17 @@ T unwrapArgument(std::string_view where, std::span<VelArg const> table, std::spa
     }
 }
 
-// The entry point of every type whose attribute records carry their functions.
+// What a constructor of `type` is given, unwrapped in the order of its table.
+template <class... T>
+std::tuple<T...> unwrapConstructorArgs(VelType const & type, std::span<GenericIf const> args) {
+    std::string const where = "the constructor of " + std::string(type.name());
+    auto const unwrapped = [&]<std::size_t... I>(std::index_sequence<I...>) {
+        return std::tuple<T...>{unwrapArgument<T>(where, type.ctorArgs(), args, I)...};
+    };
+    return unwrapped(std::index_sequence_for<T...>());
+}
+
+// The entry points of every type whose attribute records carry their functions.
 VEL_EXPORT void attributeOp(void * object, bool isConst, AttributeOp const & op, void * arguments,
                             void * result, bool * done);
 VEL_EXPORT void * iterator(void * object, VelAttr const * attr, IteratorVTable const ** table);

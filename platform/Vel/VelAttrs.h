@@ -43,6 +43,9 @@ struct WrappedAs<Ptr<T>> {
     using recordOf = std::remove_const_t<T>;
 };
 
+// What a reactor follows.
+inline constexpr auto followed = [](auto const & reactor) { return reactor.notifier(); };
+
 // What a call gives back, wrapped; a call without a result gives null.
 template <class Call>
 GenericIf wrapResult(Call const & call) {
@@ -65,8 +68,9 @@ auto invokeWith(Object & object, Value const & value) {
 }
 
 // The operations of one iterator class, of an entity collection (counted references) or a value collection
-// (entries with key and value).
-template <class Iterator>
+// (entries with key and value), or, with `Shown`, one that shows `Shown(member)` of each member. Key and
+// object of an iterator at its end are null.
+template <class Iterator, auto Shown = nullptr>
 struct ErasedIterator {
     static Iterator & of(void * iterator) { return *static_cast<Iterator *>(iterator); }
     static Iterator const & of(void const * iterator) { return *static_cast<Iterator const *>(iterator); }
@@ -75,6 +79,7 @@ struct ErasedIterator {
         [](void const * iterator) { return bool(of(iterator)); },
         [](void * iterator) { ++of(iterator); },
         [](void const * iterator) -> GenericIf {
+            if (!of(iterator)) return nullptr;
             if constexpr (requires {
                               of(iterator)->key();
                               of(iterator)->value();
@@ -85,10 +90,13 @@ struct ErasedIterator {
             }
         },
         [](void const * iterator) -> GenericIf {
-            if constexpr (requires {
-                              of(iterator)->key();
-                              of(iterator)->value();
-                          }) {
+            if (!of(iterator)) return nullptr;
+            if constexpr (!std::is_null_pointer_v<decltype(Shown)>) {
+                return GenericIf::wrap(Shown(**of(iterator)));
+            } else if constexpr (requires {
+                                     of(iterator)->key();
+                                     of(iterator)->value();
+                                 }) {
                 return GenericIf::wrap(of(iterator)->value());
             } else {
                 return GenericIf::wrap(*of(iterator));
@@ -107,13 +115,19 @@ public:
     // An attribute that only `Get(object)` reads.
     template <auto Get>
     static constexpr VelAttr readOnly(char const * name, std::uint32_t index) {
-        return valueOrReference<Get, nullptr>(name, index, kRead);
+        return valueOrReference<Get, nullptr>(name, index, kRead, false);
+    }
+
+    // The same of what an object keeps for its whole life.
+    template <auto Get>
+    static constexpr VelAttr immutable(char const * name, std::uint32_t index) {
+        return valueOrReference<Get, nullptr>(name, index, kRead, true);
     }
 
     // An attribute that `Get(object)` reads and `Set(object, value)` writes.
     template <auto Get, auto Set>
     static constexpr VelAttr value(char const * name, std::uint32_t index) {
-        return valueOrReference<Get, Set>(name, index, kRead | kSet);
+        return valueOrReference<Get, Set>(name, index, kRead | kSet, false);
     }
 
     // A function `F(object, arguments...)`; `Arguments` are the types that the arguments unwrap to, named by
@@ -212,6 +226,40 @@ public:
         });
     }
 
+    // A collection of reactors, under keys of type `Key`, that shows the objects of class `Followed` which
+    // they follow; null stands for that of a reactor without one.
+    //     Range(object)                 what to walk: reactors
+    //     LookUp(object, key)           the reactor or null
+    //     Add(object, followed)         makes sure that a reactor follows the object; answers nothing
+    //     Remove(object, key)           lets the reactor go and answers with what it followed, or null
+    template <class Followed, class Key, auto Range, auto LookUp, auto Add, auto Remove>
+    static constexpr VelAttr registry(char const * name, std::uint32_t index, char const * keyName) {
+        return VelAttr({
+            .name = name,
+            .owner = &C::_velType,
+            .type = VelTypeOf<Followed>::record,
+            .keyType = VelTypeOf<typename AttrsImpl::WrappedAs<Key>::recordOf>::record,
+            .keyName = keyName,
+            .index = index,
+            .kind = VelAttr::Kind::collection,
+            .operations = kLookUp | kAdd | kRemove | kIterate,
+            .function = [](PtrInterface & object, AttributeOp const & op,
+                           std::span<GenericIf const> given) -> GenericIf {
+                C & self = static_cast<C &>(object);
+                if (op.operation != kAdd) {
+                    constexpr auto lookUp = [](C & o, Key const & key) {
+                        auto const reactor = std::invoke(LookUp, o, key);
+                        return reactor ? AttrsImpl::followed(*reactor) : nullptr;
+                    };
+                    return lookUpOrRemove<Key, lookUp, Remove>(self, op, given);
+                }
+                std::invoke(Add, self, onlyArgument<Ptr<Followed const>>(op, given));
+                return nullptr;
+            },
+            .iterator = &iterate<Key, Range, AttrsImpl::followed>,
+        });
+    }
+
 private:
     static std::string where(AttributeOp const & op) {
         return std::string(op.attr->owner()->name()) + "::" + std::string(op.attr->name());
@@ -219,6 +267,16 @@ private:
     template <class T>
     static T argument(AttributeOp const & op, std::span<GenericIf const> given, std::size_t index) {
         return GenericIfImpl::unwrapArgument<T>(where(op), op.attr->args(), given, index);
+    }
+
+    // Of an operation that takes one value of the attribute, or, with `byKey`, one of its keys.
+    template <class T>
+    static T onlyArgument(AttributeOp const & op, std::span<GenericIf const> given, bool byKey = false) {
+        VelAttr const & attr = *op.attr;
+        VelArg const table[] = {byKey ? VelArg{attr.keyName().data(), attr.keyType()}
+                                      : VelArg{attr.name().data(), attr.type()}};
+        GenericIfImpl::checkArgumentCount(where(op), table, given, 1);
+        return GenericIfImpl::unwrapArgument<T>(where(op), table, given, 0);
     }
 
     template <class Key>
@@ -233,7 +291,7 @@ private:
 
     template <auto Get, auto Set>
     static constexpr VelAttr valueOrReference(char const * name, std::uint32_t index,
-                                              std::uint32_t operations) {
+                                              std::uint32_t operations, bool immutable) {
         using Read = std::remove_cvref_t<std::invoke_result_t<decltype(Get), C const &>>;
         using Wrapped = AttrsImpl::WrappedAs<Read>;
         constexpr bool isReference = kIsPtr<typename Wrapped::type>;
@@ -251,22 +309,19 @@ private:
                     return GenericIf::wrap(std::invoke(Get, static_cast<C const &>(self)));
                 }
                 if constexpr (!std::is_null_pointer_v<decltype(Set)>) {
-                    GenericIfImpl::checkArgumentCount(*op.attr, given, 1);
-                    VelArg const table[] = {{op.attr->name().data(), op.attr->type()}};
                     // Only what is wrong with the value is told of the value: whatever is raised while it is
                     // being set, by a follower perhaps, is passed on as it is.
-                    AttrsImpl::invokeWith<Set>(self, GenericIfImpl::unwrapArgument<typename Wrapped::type>(
-                                                         where(op), table, given, 0));
+                    AttrsImpl::invokeWith<Set>(self, onlyArgument<typename Wrapped::type>(op, given));
                 }
                 return nullptr;
             },
+            .immutable = immutable,
         });
     }
 
     template <class Key, auto LookUp, auto Remove>
     static GenericIf lookUpOrRemove(C & self, AttributeOp const & op, std::span<GenericIf const> given) {
-        GenericIfImpl::checkArgumentCount(*op.attr, given, 1);
-        auto const key = argument<Key>(op, given, 0);
+        auto const key = onlyArgument<Key>(op, given, true);
         if (op.operation == kRemove) {
             return AttrsImpl::wrapResult([&] { return std::invoke(Remove, self, key); });
         }
@@ -289,11 +344,11 @@ private:
         return AttrsImpl::wrapResult([&] { return std::invoke(F, self, std::get<I>(arguments)...); });
     }
 
-    template <class Key, auto Range>
+    template <class Key, auto Range, auto Shown = nullptr>
     static void * iterate(PtrInterface & object, GenericIf const * fromKey, IteratorVTable const ** table) {
         auto const range = std::invoke(Range, static_cast<C &>(object));
         using Iterator = decltype(range.begin());
-        *table = &AttrsImpl::ErasedIterator<Iterator>::kTable;
+        *table = &AttrsImpl::ErasedIterator<Iterator, Shown>::kTable;
         return fromKey ? new Iterator(range.at(fromKey->as<Key>())) : new Iterator(range.begin());
     }
 };

@@ -19,6 +19,9 @@
 #include "platform/Vel/Export.h"
 #include "platform/Vel/Name.h"
 
+// Where the name of a type stands for those who list the types of a library without loading it.
+#define VEL_TYPE_NAME __attribute__((section(".vel.type")))
+
 namespace Vel {
 
 class GenericIf;
@@ -82,6 +85,7 @@ public:
         IteratorFunction iterator = nullptr;
         bool callableOnConst = false;  // Of a function: whether an object that cannot be changed offers it.
         bool keyIsValuesName = false;
+        bool immutable = false;
     };
 
     constexpr VelAttr(Record const & record) noexcept : record_(record) {}
@@ -98,6 +102,8 @@ public:
     // Of a function: its arguments. Of a collection: what makes a member, the key first.
     std::span<VelArg const> args() const noexcept { return record_.args; }
     std::uint32_t index() const noexcept { return record_.index; }
+    // Of a value or reference: whether the object has been made with it and keeps it.
+    bool isImmutable() const noexcept { return record_.immutable; }
     Kind kind() const noexcept { return record_.kind; }
     // Of a value collection: whether an entry stands under the name of the object that it holds, and under no
     // other key.
@@ -130,7 +136,8 @@ public:
     using ToStrRep = std::string (*)(GenericIf const & value);
     using FromCtorArgs = GenericIf (*)(std::span<GenericIf const> args);
     // `arguments` is a `std::span<GenericIf const> *`, `result` a `GenericIf *`; sets `*done` when the
-    // operation has been carried out.
+    // operation has been carried out. Throws OpNotSupportedException for one that the attribute does not
+    // offer.
     using AttributeOpEntry = void (*)(void * object, bool isConst, AttributeOp const & op, void * arguments,
                                       void * result, bool * done);
     using IteratorEntry = void * (*)(void * object, VelAttr const * attr, IteratorVTable const ** table);

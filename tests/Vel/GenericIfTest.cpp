@@ -158,11 +158,11 @@ TEST_F(GenericIfTest, RefusesToSetNothingAndTwoThings) {
     EXPECT_EQ(raised([&] {
                   generic.operate({Vel::kSet, &height}, {});
               }),
-              "range: VelTest::Rack::height takes 1 argument, found 0");
+              "range: argument \"height\" of VelTest::Rack::height: is missing");
     EXPECT_EQ(raised([&] {
                   generic.operate({Vel::kSet, &height}, two);
               }),
-              "range: VelTest::Rack::height takes 1 argument, found 2");
+              "range: VelTest::Rack::height takes 1 argument (height), found 2");
     EXPECT_EQ(rack->height(), 0U);
 }
 
@@ -238,7 +238,7 @@ TEST_F(GenericIfTest, WalksMembers) {
     EXPECT_THAT(names(generic.members("drawer", Name("absent"))), IsEmpty());
     EXPECT_THAT(names(generic.members("load", Name("absent"))), IsEmpty());
     EXPECT_EQ(raised([&] { generic.members("drawer", 4U); }),
-              "range: expected Vel::Name, found unsigned int");
+              "range: argument \"name\" of VelTest::Rack::drawer: expected Vel::Name, found unsigned int");
 }
 
 TEST_F(GenericIfTest, WalksOnWhenTheMemberInHandLeaves) {
@@ -266,6 +266,8 @@ TEST_F(GenericIfTest, KeepsTheObjectForAWalkAndStaysAtItsEnd) {
         ++i;
         i++;
         EXPECT_TRUE(i == members.end());
+        EXPECT_TRUE((*i).key().isNull());
+        EXPECT_TRUE((*i).object().isNull());
         EXPECT_TRUE(members.begin() == members.end()) << "one walk, which has ended";
     }
     EXPECT_EQ(Rack::velAllocTrackTypeInfo_->live(), 0U);
@@ -295,7 +297,7 @@ TEST_F(GenericIfTest, IsConstructedByName) {
               "not supported: bool cannot be constructed by name");
     std::vector<GenericIf> const two{Name("a"), Name("b")};
     EXPECT_EQ(raised([&] { Vel::construct(Rack::_velType, two); }),
-              "range: the constructor of VelTest::Rack takes 1 arguments, found 2");
+              "range: the constructor of VelTest::Rack takes 1 argument (name), found 2");
 }
 
 TEST_F(GenericIfTest, IsPrintedAndReadAsText) {
@@ -325,6 +327,20 @@ TEST_F(GenericIfTest, IsPrintedAndReadAsText) {
     EXPECT_EQ(raised([&] { read("void", ""); }), "not supported: void has no text representation");
     EXPECT_EQ(raised([&] { read("VelTest::Rack", ""); }),
               "not supported: VelTest::Rack has no text representation");
+}
+
+TEST_F(GenericIfTest, RefusesAnOperationInTheEntryPointItself) {
+    Vel::GenericIf::AttributeOp const op{Vel::kCall, Rack::_velType.attribute("height")};
+    std::span<GenericIf const> args;
+    GenericIf result;
+    bool done = false;
+    auto const entry = Rack::_velType.record().genericIfAttributeOp;
+    EXPECT_EQ(raised([&] { entry(rack.get(), false, op, &args, &result, &done); }),
+              "not supported: cannot call VelTest::Rack::height");
+    EXPECT_FALSE(done);
+    Vel::IteratorVTable const * table = nullptr;
+    EXPECT_EQ(raised([&] { Rack::_velType.record().genericIfIterator(rack.get(), op.attr, &table); }),
+              "not supported: cannot iterate VelTest::Rack::height");
 }
 
 TEST_F(GenericIfTest, RaisesTheNotSupportedExceptionForAnOperation) {

@@ -28,7 +28,7 @@ constexpr Vel::VelArg heightWithArgs[] = {{"more", Vel::VelTypeOf<unsigned>::rec
 using Attrs = Vel::Attrs<Rack>;
 
 constexpr Vel::VelAttr attributes[] = {
-    Attrs::readOnly<&Rack::name>("name", 1),
+    Attrs::immutable<&Rack::name>("name", 1),
     Attrs::value<&Rack::height, &Rack::heightIs>("height", 2),
     Attrs::value<&Rack::side, &Rack::sideIs>("side", 3),
     Attrs::value<&Rack::beside, &Rack::besideIs>("beside", 4),

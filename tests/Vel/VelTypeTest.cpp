@@ -98,6 +98,8 @@ TEST(VelType, TellsOfEachAttributeWhatItIs) {
     };
     EXPECT_EQ(attr("height").owner(), &Rack::_velType);
     EXPECT_EQ(attr("height").index(), 2U);
+    EXPECT_FALSE(attr("height").isImmutable());
+    EXPECT_TRUE(attr("name").isImmutable());
     EXPECT_EQ(attr("height").kind(), Kind::value);
     EXPECT_EQ(attr("height").type(), typeNode("unsigned int"));
     EXPECT_EQ(attr("height").keyType(), nullptr);
