@@ -25,6 +25,7 @@ echo "with find_package:"
 for component in "${components[@]}"; do
     "$scratch/build/uses-$component"
 done
+"$scratch/build/goes-by-name"
 
 echo "with pkg-config:"
 export PKG_CONFIG_PATH=$prefix/$libdir/pkgconfig
@@ -33,6 +34,8 @@ for component in "${components[@]}"; do
     "$cxx" -std=c++20 "$project/$component.cpp" -o "$scratch/$component" "${flags[@]}"
     LD_LIBRARY_PATH=$prefix/$libdir "$scratch/$component"
 done
+"$cxx" -std=c++20 "$project/by-name.cpp" -o "$scratch/by-name" -Wl,--no-as-needed "${flags[@]}"
+LD_LIBRARY_PATH=$prefix/$libdir "$scratch/by-name"
 
 for component in "${components[@]}"; do
     library=$prefix/$libdir/libnetwork-topology-$component.so

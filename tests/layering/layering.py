@@ -24,6 +24,10 @@ FLOORS["translator"] = list(FLOORS)
 FLOORS["reflection"] = list(FLOORS)
 FLOORS["tools"] = list(FLOORS)
 
+# What reaches the classes above the models by name: these must not include them, not even through another header.
+BY_NAME = ("tools/call/", "tools/cli/CallCommand.cpp", "tools/cli/InspectCommand.cpp")
+REACHED_BY_NAME = {"finder", "translator", "reflection"}
+
 # The floors that may use libraries beside the standard one.
 MAY_USE_LIBRARIES = {"tools"}
 
@@ -84,6 +88,37 @@ def complaint(floor, operand):
     return None
 
 
+def includes(file):
+    """Line number, line and operand of every include of a file."""
+    text = without_comments(file.read_text(encoding="utf-8", errors="replace"))
+    for number, line in enumerate(text.splitlines(), 1):
+        include = INCLUDE.match(line)
+        if include:
+            yield number, line, include.group(1).strip()
+
+
+def way_to_what_is_reached_by_name(root, path, seen):
+    """The paths that lead from a header, itself first, to one that only names may reach, or None."""
+    if floor_of(path) in REACHED_BY_NAME:
+        return [path]
+    if path in seen or not (root / path).is_file():
+        return None
+    seen.add(path)
+    for _, _, operand in includes(root / path):
+        named = NAMED.match(operand)
+        further = named and named.group(1) and way_to_what_is_reached_by_name(root, named.group(1), seen)
+        if further:
+            return [path] + further
+    return None
+
+
+def complaint_by_name(root, operand):
+    """What is wrong with an include of the operand by something that goes by names, or None."""
+    named = NAMED.match(operand)
+    way = named and named.group(1) and way_to_what_is_reached_by_name(root, named.group(1), set())
+    return way and "must reach by name alone what it includes by way of " + ", ".join(way)
+
+
 def check(root):
     """Yields file:line and complaint for every rule that a source below the root breaks."""
     for top in sorted({floor.split("/")[0] for floor in FLOORS}):
@@ -95,10 +130,10 @@ def check(root):
             if floor is None:
                 yield f"{path}:1: lies on no floor"
                 continue
-            text = without_comments(file.read_text(encoding="utf-8", errors="replace"))
-            for number, line in enumerate(text.splitlines(), 1):
-                include = INCLUDE.match(line)
-                problem = include and complaint(floor, include.group(1).strip())
+            for number, line, operand in includes(file):
+                problem = complaint(floor, operand)
+                if not problem and path.startswith(BY_NAME):
+                    problem = complaint_by_name(root, operand)
                 if problem:
                     yield f"{path}:{number}: {problem}\n    {line.strip()}"
 

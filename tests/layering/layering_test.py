@@ -69,6 +69,19 @@ class LayeringTest(unittest.TestCase):
     def test_a_source_outside_every_floor_is_found(self):
         self.assert_found("platform/stray.h:1", self.found("platform/stray.h", "#pragma once\n"))
 
+    def test_what_goes_by_names_includes_no_class_above_the_models(self):
+        self.found("translator/V2Sm.h", "#pragma once\n")
+        self.found("tools/cli/Translation.h", '#include "translator/V2Sm.h"\n')
+        self.found("tools/cli/Options.h", '#include <string>\n#include "tools/cli/Options.h"\n')
+        for path in ("tools/call/A.cpp", "tools/cli/CallCommand.cpp", "tools/cli/InspectCommand.cpp"):
+            self.assertEqual([], self.found(path, '#include "tools/cli/Options.h"\n'))
+            self.assert_found(path + ":2", self.found(path, '\n#include "translator/V2Sm.h"\n'))
+            through = self.found(path, '#include "tools/cli/Options.h"\n#include "tools/cli/Translation.h"\n')
+            self.assert_found(path + ":2", through)
+            self.assertIn("by way of tools/cli/Translation.h, translator/V2Sm.h", through[0])
+            (self.root / path).unlink()
+        self.assertEqual([], self.found("tools/cli/OtherCommand.cpp", '#include "tools/cli/Translation.h"\n'))
+
     def test_comments_are_no_includes(self):
         self.assertEqual([], self.found("platform/Vel/A.h", '// #include "finder/F.h"\n/*\n#include "finder/F.h"\n*/\n'))
         for before in ("/*\n*/", "// all of *.h /*\n", 'char const * all = "/*";\n'):

@@ -37,7 +37,7 @@ int check(Options const & options) {
     }
     LoadedTopology const topology = read(options.topology);
     NetworkTopology::StatusV2::Ptr const v2 = NetworkTopology::StatusV2::StatusV2Is();
-    bool const isBefore = options.topology.attach == "before";
+    bool const isBefore = attachesBefore(options.topology);
     if (!isBefore) topology.fill(*v2);
     Checker checker(v2);
     if (isBefore) topology.fill(*v2);

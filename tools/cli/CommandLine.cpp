@@ -40,9 +40,9 @@ int run(int argc, char const * const * argv) {
     program.set_version_flag("--version", "topology-sync " TOPOLOGY_SYNC_VERSION,
                              "Print the version and exit");
     program.require_subcommand(1);
-    std::vector<Subcommand> const commands{translateCommand(program), followCommand(program),
-                                           checkCommand(program),     generateCommand(program),
-                                           inspectCommand(program),   schemaCommand(program)};
+    std::vector<Subcommand> const commands{
+        translateCommand(program), followCommand(program), checkCommand(program), generateCommand(program),
+        inspectCommand(program),   callCommand(program),   schemaCommand(program)};
     try {
         program.parse(argc, argv);
     } catch (CLI::CallForHelp const &) {

@@ -11,6 +11,7 @@
 #include "tools/cli/Output.h"
 #include "tools/cli/Subcommand.h"
 #include "tools/cli/TopologyOptions.h"
+#include "tools/cli/Translation.h"
 #include "tools/document/DocumentWriter.h"
 #include "tools/follow/ModelRecorder.h"
 #include "tools/follow/Replay.h"

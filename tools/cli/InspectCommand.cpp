@@ -1,8 +1,6 @@
-#include <algorithm>
 #include <array>
 #include <memory>
 #include <span>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -13,9 +11,8 @@
 #include "platform/Vel/VelType.h"
 #include "tools/cli/Output.h"
 #include "tools/cli/Subcommand.h"
-#include "tools/format/NaturalOrder.h"
+#include "tools/cli/TypeNames.h"
 #include "tools/format/TextTable.h"
-#include "tools/json/InputError.h"
 
 namespace TopologyTools {
 namespace {
@@ -107,13 +104,14 @@ std::string textOf(VelType const & type, bool colours) {
     TextTable attributes({"INDEX", "NAME", "KIND", "TYPE", "KEY", "ARGUMENTS", "OPERATIONS"});
     attributes.alignRight(0);
     for (VelAttr const & attribute : type.attributes()) {
-        attributes.add({{std::to_string(attribute.index())},
-                        {std::string(attribute.name())},
-                        {std::string(kindName(attribute.kind()))},
-                        {typeName(attribute.type())},
-                        {keyText(attribute)},
-                        {argumentText(attribute.args())},
-                        {joined(operationNames(attribute))}});
+        attributes.add(
+            {{std::to_string(attribute.index())},
+             {std::string(attribute.name())},
+             {(attribute.isImmutable() ? "immutable " : "") + std::string(kindName(attribute.kind()))},
+             {typeName(attribute.type())},
+             {keyText(attribute)},
+             {argumentText(attribute.args())},
+             {joined(operationNames(attribute))}});
     }
     return text + attributes.text("  ", colours);
 }
@@ -131,6 +129,7 @@ ordered_json jsonOf(VelAttr const & attribute) {
                       {"name", attribute.name()},
                       {"kind", kindName(attribute.kind())},
                       {"type", typeName(attribute.type())}};
+    if (attribute.isImmutable()) json["immutable"] = true;
     if (attribute.keyType())
         json["key"] = {{"name", attribute.keyName()}, {"type", typeName(attribute.keyType())}};
     if (!attribute.args().empty()) json["arguments"] = jsonOf(attribute.args());
@@ -150,29 +149,9 @@ ordered_json jsonOf(VelType const & type) {
     return json;
 }
 
-// Whether `type` is called that, with or without its namespace.
-bool isNamed(VelType const & type, std::string_view name) {
-    std::string_view const full = type.name();
-    return full == name ||
-           (full.ends_with(name) && full.substr(0, full.size() - name.size()).ends_with("::"));
-}
-
-// All types for the empty name.
-std::vector<VelType const *> typesNamed(std::string const & name) {
-    std::vector<VelType const *> types = Vel::typeNodes();
-    std::sort(types.begin(), types.end(),
-              [](VelType const * a, VelType const * b) { return NaturalLess()(a->name(), b->name()); });
-    if (name.empty()) return types;
-    std::erase_if(types, [&](VelType const * type) { return !isNamed(*type, name); });
-    if (types.empty()) {
-        throw std::invalid_argument("no type " + quotedText(name) +
-                                    "; without TYPE, inspect prints all that there are");
-    }
-    return types;
-}
-
 int inspect(Options const & options) {
-    std::vector<VelType const *> const types = typesNamed(options.type);
+    std::vector<VelType const *> const types =
+        options.type.empty() ? registeredTypes() : typesNamed(options.type);
     std::string text;
     if (options.format == "json") {
         ordered_json json = ordered_json::array();

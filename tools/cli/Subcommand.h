@@ -44,6 +44,7 @@ Subcommand translateCommand(CLI::App & program);
 Subcommand generateCommand(CLI::App & program);
 Subcommand checkCommand(CLI::App & program);
 Subcommand inspectCommand(CLI::App & program);
+Subcommand callCommand(CLI::App & program);
 Subcommand schemaCommand(CLI::App & program);
 // `follow` makes the reactors by which the version-3 model is followed.
 Subcommand followCommand(CLI::App & program, Follow follow = followVersion3);

@@ -6,6 +6,7 @@
 #include "tools/cli/InputFile.h"
 #include "tools/cli/Output.h"
 #include "tools/cli/Subcommand.h"
+#include "tools/cli/Translation.h"
 
 namespace TopologyTools {
 
@@ -27,6 +28,8 @@ void addTopologyOptions(CLI::App & command, TopologyOptions & options) {
         ->type_name("ID");
 }
 
+bool attachesBefore(TopologyOptions const & options) { return options.attach == "before"; }
+
 LoadedTopology read(TopologyOptions const & options) {
     LoadedTopology topology = readTopology(readInput(options.file), options.import);
     for (Diagnostic const & diagnostic : topology.diagnostics) message(diagnostic.text());
@@ -34,7 +37,7 @@ LoadedTopology read(TopologyOptions const & options) {
 }
 
 Translation translate(TopologyOptions const & options) {
-    return translate(read(options).fill, options.attach == "after" ? Attach::after : Attach::before);
+    return translate(read(options).fill, attachesBefore(options) ? Attach::before : Attach::after);
 }
 
 }  // namespace TopologyTools

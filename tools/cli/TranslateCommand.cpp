@@ -6,6 +6,7 @@
 #include "tools/cli/Output.h"
 #include "tools/cli/Subcommand.h"
 #include "tools/cli/TopologyOptions.h"
+#include "tools/cli/Translation.h"
 #include "tools/document/DocumentWriter.h"
 #include "tools/format/DotFormat.h"
 #include "tools/format/Graphviz.h"

@@ -43,7 +43,8 @@ TEST(Inspect, PrintsEveryTypeOfTheModels) {
           "NetworkTopology::PortGroupV2", "NetworkTopology::MlagV2", "NetworkTopology::DirectedEdgeV2",
           "NetworkTopologyV3::Status", "NetworkTopologyV3::Host", "NetworkTopologyV3::Port",
           "NetworkTopologyV3::PortGroup", "NetworkTopologyV3::MlagPort", "NetworkTopologyV3::DirectedEdge",
-          "Vel::Name", "bool", "void"}) {
+          "NetworkTopologyAggregator::V2Sm", "NetworkTopologyAggregator::PortBaseFinder", "Vel::Name", "bool",
+          "void"}) {
         EXPECT_TRUE(names.contains(name)) << name;
     }
 }
@@ -58,6 +59,7 @@ TEST(Inspect, TellsAllThatARecordHolds) {
         json const & printed = named(type.at("attributes"), std::string(attribute.name()));
         EXPECT_EQ(printed.at("index"), attribute.index());
         EXPECT_EQ(printed.at("type"), attribute.type()->name());
+        EXPECT_EQ(printed.value("immutable", false), attribute.isImmutable());
         EXPECT_EQ(printed.contains("key"), attribute.keyType() != nullptr);
         if (attribute.keyType()) {
             EXPECT_EQ(printed.at("key").at("type"), attribute.keyType()->name());
@@ -91,6 +93,26 @@ TEST(Inspect, TellsWhatIsOnlyInSomeTypes) {
     json const type = inspected({"PortTypeV2"}).at(0);
     EXPECT_EQ(type.at("kind"), "enumeration");
     EXPECT_EQ(type.at("enumerators").at(2), (json{{"name", "portGroup"}, {"value", 2}}));
+}
+
+TEST(Inspect, TellsHowTheTranslatorAndTheFinderAreDriven) {
+    json const translator = inspected({"V2Sm"}).at(0);
+    EXPECT_EQ(translator.at("attributes").size(), 12U);
+    EXPECT_EQ(translator.at("constructorArguments").size(), 3U);
+    json const & lookup = named(translator.at("attributes"), "toPortV3");
+    EXPECT_EQ(lookup.at("index"), 135);
+    EXPECT_EQ(lookup.at("kind"), "function");
+    EXPECT_EQ(lookup.at("type"), "NetworkTopologyV3::Port");
+    EXPECT_EQ(lookup.at("arguments"), (json{{{"name", "portV2"}, {"type", "NetworkTopology::PortV2"}}}));
+    json const & edge = named(translator.at("attributes"), "edge");
+    EXPECT_EQ(edge.at("key"), (json{{"name", "fromPort"}, {"type", "NetworkTopology::PortBaseV2"}}));
+    EXPECT_EQ(edge.at("operations"), (json{"look up", "add", "remove", "iterate"}));
+    json const finder = inspected({"PortBaseFinder"}).at(0);
+    EXPECT_EQ(finder.at("base"), "NetworkTopology::PortBaseVisitor");
+    EXPECT_EQ(finder.at("attributes").size(), 7U);
+    EXPECT_EQ(named(finder.at("attributes"), "hostV2").at("immutable"), true);
+    EXPECT_THAT(runProgram({"inspect", "V2Sm"}).output,
+                ::testing::ContainsRegex(" 130  name +immutable value +Vel::Name +read\n"));
 }
 
 TEST(Inspect, FindsATypeWithoutItsNamespace) {

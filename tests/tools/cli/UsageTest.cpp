@@ -29,7 +29,8 @@ TEST(Usage, HelpIsAResult) {
                                                {"schema", "--help"},
                                                {"generate", "--help"},
                                                {"follow", "--help"},
-                                               {"check", "--help"}}) {
+                                               {"check", "--help"},
+                                               {"call", "--help"}}) {
         ProgramRun const run = runProgram(arguments);
         EXPECT_EQ(run.status, 0);
         EXPECT_THAT(run.output, HasSubstr("Usage: topology-sync"));
@@ -40,7 +41,7 @@ TEST(Usage, HelpIsAResult) {
 TEST(Usage, HelpNamesWhatThereIs) {
     std::string const help = runProgram({"--help"}).output;
     for (char const * word :
-         {"translate", "follow", "check", "generate", "inspect", "schema", "--version", "--help"}) {
+         {"translate", "follow", "check", "generate", "inspect", "call", "schema", "--version", "--help"}) {
         EXPECT_THAT(help, HasSubstr(word));
     }
     std::string const translate = runProgram({"translate", "--help"}).output;
