@@ -52,6 +52,12 @@ void Host::mlagPeerLinkIs(Vel::Ptr<PortBase const> const & mlagPeerLink) {
     if (Vel::replaced(mlagPeerLink_, mlagPeerLink)) notify([](NotifieeConst & r) { r.onMlagPeerLink(); });
 }
 
+void Host::roomIs(unsigned ports, unsigned portGroups, unsigned mlags) noexcept {
+    port_.roomIs(ports);
+    portGroup_.roomIs(portGroups);
+    mlag_.roomIs(mlags);
+}
+
 Vel::Ptr<Port> Host::portIs(Vel::Name name) {
     return Mutation::memberIs(
         *this, port_, name, [&] { return new Port(name, *this); }, onPort);

@@ -65,6 +65,9 @@ public:
     Vel::Ptr<Port> port(Vel::Name const & name) noexcept { return port_[name]; }
     Vel::Ptr<Port const> port(Vel::Name const & name) const noexcept { return port_[name]; }
     Vel::Ptr<Port> portIs(Vel::Name name);
+    // Before many members are added: room for so many of each kind. A hint, which changes
+    // nothing that can be seen.
+    void roomIs(unsigned ports, unsigned portGroups, unsigned mlags) noexcept;
     Vel::Ptr<Port> portDel(Vel::Name name);
     void portDelAll();
 

@@ -27,14 +27,14 @@ void PortBase::hostDel() noexcept {
     hasHost_ = false;
 }
 
-PortKey PortBase::portKey() const {
-    if (keyMember_.empty()) {
+PortKey const & PortBase::portKey() const {
+    if (key_.empty()) {
         std::string_view const kind = kind_ == Kind::port        ? PortKey::kPort
                                       : kind_ == Kind::portGroup ? PortKey::kPortGroup
                                                                  : PortKey::kMlag;
-        keyMember_ = PortKey::memberOf(kind, name_);
+        key_ = PortKey(hasHost_ ? host_->name() : hostName_, kind, name_);
     }
-    return PortKey(hasHost_ ? host_->name() : hostName_, keyMember_);
+    return key_;
 }
 
 void PortBase::typeIs(PortType type) {

@@ -37,7 +37,7 @@ public:
 
     // The key of the place that the host gave to this port base, also when the two have parted. Throws
     // std::bad_alloc on the first call; later ones allocate nothing.
-    PortKey portKey() const;
+    PortKey const & portKey() const;
 
     // What the writer says that this is. Not tied to the class, and not always one of the enumerators.
     PortType type() const noexcept { return type_; }
@@ -65,7 +65,7 @@ private:
     Kind const kind_;
     bool hasHost_ = true;
     Vel::Name const name_;
-    mutable Vel::String keyMember_;  // Empty until the key is asked for.
+    mutable PortKey key_;  // Empty until it is asked for.
     union {
         Host * host_;           // While `hasHost_`. Not counted; lets us go before it dies.
         Vel::String hostName_;  // From then on: all that the key needs of it.

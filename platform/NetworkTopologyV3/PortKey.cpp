@@ -56,6 +56,44 @@ std::optional<std::array<std::string_view, 4>> fourTokens(std::string_view point
 
 }  // namespace
 
+PortKey::Data::Data(Vel::String const & h, Kind k, Vel::Name const & n) noexcept
+    : host(h),
+      name(n),
+      // Hosts have ports of the same names, and a port name says little about its host: all bits of both
+      // hashes have to reach all bits of the result.
+      hash(Vel::VelHashBase<false>::hashU32((std::uint64_t{h.reversedHash()} << 32 | n.reversedHash()) +
+                                            static_cast<std::uint64_t>(k))),
+      kind(k) {}
+
+PortKey::PortKey(Vel::String const & host, std::string_view kind, Vel::Name const & name) {
+    for (Kind const known : {Kind::port, Kind::portGroup, Kind::mlag}) {
+        if (kind == textOf(known)) data_ = new Data(host, known, name);
+    }
+    if (!data_) *this = PortKey(host, memberOf(kind, name));
+}
+
+PortKey::PortKey(Vel::String const & host, Vel::String const & member) {
+    if (host.empty() && member.empty()) return;
+    std::string_view const text = member.view();
+    for (Kind const kind : {Kind::port, Kind::portGroup, Kind::mlag}) {
+        std::string_view const prefix = textOf(kind);
+        if (!text.starts_with(prefix) || !text.substr(prefix.size()).starts_with('/')) continue;
+        data_ = new Data(host, kind, text.substr(prefix.size() + 1));
+        return;
+    }
+    data_ = new Data(host, Kind::none, Vel::Name(member));
+}
+
+std::string_view PortKey::textOf(Kind kind) noexcept {
+    switch (kind) {
+    case Kind::port: return kPort;
+    case Kind::portGroup: return kPortGroup;
+    case Kind::mlag: return kMlag;
+    case Kind::none: break;
+    }
+    return {};
+}
+
 Vel::String PortKey::memberOf(std::string_view kind, Vel::Name const & name) {
     std::string member;
     member.reserve(kind.size() + 1 + name.size());
@@ -63,13 +101,39 @@ Vel::String PortKey::memberOf(std::string_view kind, Vel::Name const & name) {
     return member;
 }
 
+Vel::String PortKey::member() const {
+    if (!data_ || data_->kind == Kind::none) return data_ ? data_->name : Vel::Name();
+    return memberOf(textOf(data_->kind), data_->name);
+}
+
+bool PortKey::equalData(PortKey const & a, PortKey const & b) noexcept {
+    if (!a.data_ || !b.data_) return false;
+    return a.data_->hash == b.data_->hash && a.data_->kind == b.data_->kind &&
+           a.data_->name == b.data_->name && a.data_->host == b.data_->host;
+}
+
+std::strong_ordering operator<=>(PortKey const & a, PortKey const & b) noexcept {
+    if (a == b) return std::strong_ordering::equal;
+    if (!a.data_ || !b.data_) return a.data_ ? std::strong_ordering::greater : std::strong_ordering::less;
+    if (auto const order = a.data_->host <=> b.data_->host; order != 0) return order;
+    if (a.data_->kind == b.data_->kind) return a.data_->name <=> b.data_->name;
+    // The members differ before their names begin, if both have a kind: a slash comes before every letter.
+    auto const isNone = [](PortKey const & key) { return key.data_->kind == PortKey::Kind::none; };
+    auto const beginning = [&](PortKey const & key) {
+        return isNone(key) ? key.data_->name.view() : PortKey::textOf(key.data_->kind);
+    };
+    if (!isNone(a) && !isNone(b)) return beginning(a) <=> beginning(b);
+    return a.member() <=> b.member();
+}
+
 std::string PortKey::jsonPointer() const {
     std::string pointer;
     if (empty()) return pointer;
-    std::string_view const member = member_.view();
+    Vel::String const whole = member();
+    std::string_view const member = whole.view();
     std::size_t const slash = member.find('/');
     pointer += "/host";
-    appendToken(pointer, host_.view());
+    appendToken(pointer, data_->host.view());
     appendToken(pointer, member.substr(0, slash));
     if (slash != std::string_view::npos) appendToken(pointer, member.substr(slash + 1));
     return pointer;
@@ -83,14 +147,7 @@ std::optional<PortKey> PortKey::fromJsonPointer(std::string_view pointer) {
     std::optional<std::string> const hostName = unescaped(host);
     std::optional<std::string> const portName = unescaped(name);
     if (!hostName || !portName) return std::nullopt;
-    return PortKey(*hostName, memberOf(kind, Vel::Name(*portName)));
-}
-
-std::uint32_t PortKey::hash() const noexcept {
-    // Hosts have ports of the same names, and a port name says little about its host: all bits of both hashes
-    // have to reach all bits of the result.
-    std::uint64_t const both = std::uint64_t{host_.hash()} << 32 | member_.hash();
-    return Vel::VelHashBase<false>::hashU32(both);
+    return PortKey(*hostName, kind, Vel::Name(*portName));
 }
 
 std::ostream & operator<<(std::ostream & out, PortKey const & key) { return out << key.jsonPointer(); }

@@ -14,13 +14,17 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/Vel/AllocTrack.h"
 #include "platform/Vel/Export.h"
 #include "platform/Vel/Name.h"
+#include "platform/Vel/Ptr.h"
+#include "platform/Vel/PtrInterface.h"
 #include "platform/Vel/String.h"
 #include "platform/Vel/VelType.h"
 
 namespace NetworkTopologyV3 {
 
+// A key is one pointer to counted data, which a port base and the edges that begin or end there share.
 class VEL_EXPORT PortKey {
 public:
     static Vel::VelType const _velType;
@@ -32,18 +36,19 @@ public:
 
     // The empty key, which no port base has.
     PortKey() noexcept = default;
-    // `member` is what `memberOf` makes.
-    PortKey(Vel::String host, Vel::String member) noexcept
-        : host_(std::move(host)), member_(std::move(member)) {}
+    // The key of a port base; `kind` is one of the three above. Throws std::bad_alloc.
+    PortKey(Vel::String const & host, std::string_view kind, Vel::Name const & name);
+    // `member` is what `memberOf` makes, or any other text. Throws std::bad_alloc.
+    PortKey(Vel::String const & host, Vel::String const & member);
 
     // The second string of a key: the kind, a slash, and the name as it is ("portGroup/bond-1").
     static Vel::String memberOf(std::string_view kind, Vel::Name const & name);
 
     // The host's name.
-    Vel::String const & host() const noexcept { return host_; }
-    // Unique over the ports, port groups and MLAG ports of the host together.
-    Vel::String const & member() const noexcept { return member_; }
-    bool empty() const noexcept { return host_.empty() && member_.empty(); }
+    Vel::String host() const noexcept { return data_ ? data_->host : Vel::String(); }
+    // Unique over the ports, port groups and MLAG ports of the host together. Throws std::bad_alloc.
+    Vel::String member() const;
+    bool empty() const noexcept { return !data_; }
 
     // A JSON Pointer (RFC 6901) to the port base, wherever it stands in a document or if it has left:
     // `/host/leaf-1/port/eth-1`. In both names `~` is written `~0` and `/` is written `~1`. The empty key
@@ -53,15 +58,33 @@ public:
     static std::optional<PortKey> fromJsonPointer(std::string_view pointer);
 
     // 0 for the empty key.
-    std::uint32_t hash() const noexcept;
+    std::uint32_t hash() const noexcept { return data_ ? data_->hash : 0; }
 
-    friend bool operator==(PortKey const &, PortKey const &) noexcept = default;
+    friend bool operator==(PortKey const & a, PortKey const & b) noexcept {
+        return a.data_ == b.data_ || equalData(a, b);
+    }
     // By host, then by member; bytes, unsigned, lexicographically.
-    friend std::strong_ordering operator<=>(PortKey const &, PortKey const &) noexcept = default;
+    friend VEL_EXPORT std::strong_ordering operator<=>(PortKey const & a, PortKey const & b) noexcept;
+    friend bool operator<(PortKey const & a, PortKey const & b) noexcept { return (a <=> b) < 0; }
 
 private:
-    Vel::String host_;
-    Vel::String member_;
+    enum class Kind : std::uint8_t { none, port, portGroup, mlag };
+
+    // Equal keys have equal data: a member that begins with a kind is always taken apart.
+    struct Data final : Vel::PtrInterface, Vel::AllocTracked<Data> {
+        Data(Vel::String const & host, Kind kind, Vel::Name const & name) noexcept;
+
+        Vel::String const host;
+        Vel::Name const
+            name;  // What follows the kind and the slash; the whole member where there is no kind.
+        std::uint32_t const hash;
+        Kind const kind;
+    };
+
+    static std::string_view textOf(Kind kind) noexcept;
+    static bool equalData(PortKey const & a, PortKey const & b) noexcept;
+
+    Vel::Ptr<Data const> data_;
 };
 
 // Writes `jsonPointer()`.

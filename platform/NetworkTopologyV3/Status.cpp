@@ -25,6 +25,11 @@ void Status::notify(Callbacks const &... callbacks) const {
     notifiees().notify<NotifieeConst>(*this, callbacks...);
 }
 
+void Status::roomIs(unsigned hosts, unsigned edges) noexcept {
+    host_.roomIs(hosts);
+    edge_.roomIs(edges);
+}
+
 Vel::Ptr<Host> Status::hostIs(Vel::Name name) {
     return Mutation::memberIs(
         *this, host_, name, [&] { return new Host(name); }, onHost);

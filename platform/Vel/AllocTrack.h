@@ -20,6 +20,7 @@
 
 #include "platform/Vel/Export.h"
 #include "platform/Vel/PtrInterface.h"
+#include "platform/Vel/SlabPool.h"
 
 namespace Vel {
 
@@ -76,7 +77,7 @@ public:
     static void * operator new(std::size_t size) {
         AllocTrackTypeInfo::trackAllocation(&velAllocTrackTypeInfo_, typeid(T), static_cast<unsigned>(size));
         try {
-            return PtrInterface::velMemAlloc(static_cast<unsigned>(size));
+            return SlabPool::cell(size);
         } catch (...) {
             trackDeallocation();
             throw;
@@ -84,8 +85,8 @@ public:
     }
     static void * operator new(std::size_t, void * storage) noexcept { return storage; }
     // Runs after the destructor, and when a constructor has thrown.
-    static void operator delete(void * storage) noexcept {
-        PtrInterface::velMemFree(storage);
+    static void operator delete(void * storage, std::size_t size) noexcept {
+        SlabPool::cellDel(storage, size);
         trackDeallocation();
     }
     static void operator delete(void *, void *) noexcept {}

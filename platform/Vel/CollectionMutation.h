@@ -16,8 +16,9 @@
 // one. After a delivery nothing of the model is touched: a callback may have released it.
 //
 // Keys
-//     The key of a change must outlive its delivery, and the entry in which a key lives may go away with the
-//     change. With `kCopiesKeys` each mutator takes a copy; without, REQUIRES: keys are the caller's own.
+//     The key of a change must outlive its delivery, in which whatever the key lives in may go away. With
+//     `kCopiesKeys` each delivery is made with a copy; without, REQUIRES: keys are the caller's own. What the
+//     change itself takes out lives until it has been delivered.
 #pragma once
 
 #include <exception>
@@ -33,14 +34,11 @@ namespace Vel {
 
 template <class Access, bool kCopiesKeys>
 struct CollectionMutation {
-    template <class Key>
-    using KeyArgument = std::conditional_t<kCopiesKeys, Key const, Key const &>;
-
     // Entity collections.
 
     // The member of that key; `create()` makes it when there is none.
     template <class Model, class Member, class Key, class Create, class On>
-    static Ptr<Member> memberIs(Model & model, HashMap<Member, Key, Model> & map, KeyArgument<Key> key,
+    static Ptr<Member> memberIs(Model & model, HashMap<Member, Key, Model> & map, Key const & key,
                                 Create const & create, On const & on) {
         if (Member * const present = map[key]) return present;
         Ptr<Member> const member = create();
@@ -51,7 +49,7 @@ struct CollectionMutation {
 
     // Returns what was taken out, or null.
     template <class Model, class Member, class Key, class On>
-    static Ptr<Member> memberDel(Model & model, HashMap<Member, Key, Model> & map, KeyArgument<Key> key,
+    static Ptr<Member> memberDel(Model & model, HashMap<Member, Key, Model> & map, Key const & key,
                                  On const & on) {
         Ptr<Member> member = leave(map, key);
         if (member) notifyOfKey(model, key, on);
@@ -83,15 +81,14 @@ struct CollectionMutation {
     }
 
     template <class Model, class Tag, class Key, class Value, class On>
-    static void valueIs(Model & model, HashMap2018<Tag, Key, Value> & map, KeyArgument<Key> key,
+    static void valueIs(Model & model, HashMap2018<Tag, Key, Value> & map, Key const & key,
                         std::type_identity_t<Value> const & value, On const & on) {
         if (map.valueIs(key, value)) notifyOfKey(model, key, on);
     }
 
     template <class Model, class Tag, class Key, class Value, class On>
-    static void valueDel(Model & model, HashMap2018<Tag, Key, Value> & map, KeyArgument<Key> key,
-                         On const & on) {
-        if (map.valueDel(key)) notifyOfKey(model, key, on);
+    static void valueDel(Model & model, HashMap2018<Tag, Key, Value> & map, Key const & key, On const & on) {
+        if (auto const entry = map.valueDel(key)) notifyOfKey(model, key, on);
     }
 
     // Several deliveries, of which each reaches its reactors even if a callback of an earlier one has thrown.
@@ -123,8 +120,10 @@ protected:
     template <class Model, class Key, class On>
     static void notifyOfKey(Model const & model, Key const & key, On const & on) {
         using Reactor = typename Model::NotifieeConst;
+        if (!model.isFollowed()) return;
+        std::conditional_t<kCopiesKeys, Key const, Key const &> kept = key;
         Access::notify(
-            model, [&](Reactor & r) { on(r, key); }, [&](Reactor & r) { on(r); });
+            model, [&](Reactor & r) { on(r, kept); }, [&](Reactor & r) { on(r); });
     }
 
     template <class Model, class Member, class Key>

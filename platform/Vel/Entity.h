@@ -12,6 +12,8 @@ namespace Vel {
 class VEL_EXPORT Entity : public HashMapMember {
 public:
     NotifieeList * notifieeList() const override;
+    // Whether a reactor is registered.
+    bool isFollowed() const noexcept { return !notifiees_.empty(); }
 
 protected:
     Entity() noexcept = default;

@@ -12,30 +12,20 @@ HashMapGeneric::HashMapGeneric(unsigned initialSize) noexcept
     : initialBucketBits_(static_cast<std::uint8_t>(
           std::min<unsigned>(std::bit_width(initialSize ? initialSize - 1 : 0u), kMostInitialBucketBits))) {}
 
-void HashMapGeneric::newMemberG(Ptr<HashMapMember> member, KeyTable const & keys) noexcept {
-    void const * const key = keys.key(*member);
-    member->bucketHash_ = keys.hash(key);
-    if (size_ >= buckets()) grow();
-    Ptr<HashMapMember> * link = &buckets_[bucketOf(member->bucketHash_, bucketBits_)];
-    while (*link && keys.keyLessThan(**link, key)) link = &(*link)->bucketNext_;
-    member->bucketNext_ = std::move(*link);
+void HashMapGeneric::newMemberG(Ptr<HashMapMember> member, std::uint32_t hash,
+                                KeyTable const & keys) noexcept {
+    member->bucketHash_ = hash;
+    if (size_ >= buckets()) [[unlikely]]
+        bucketBitsIs(std::max<unsigned>(bucketBits_ + 1u, initialBucketBits_));
+    Ptr<HashMapMember> * link = linkAtHash(hash);
+    if (*link) {
+        void const * const key = keys.key(*member);
+        while (*link && keys.keyLessThan(**link, key)) link = nextLink(*link);
+        member->bucketNext_ = std::move(*link);
+    }
     *link = std::move(member);
     ++size_;
     ++modificationCount_;
-}
-
-Ptr<HashMapMember> HashMapGeneric::deleteMember(void const * key, KeyTable const & keys) noexcept {
-    std::uint32_t const hash = keys.hash(key);
-    Ptr<HashMapMember> * link = &buckets_[bucketOf(hash, bucketBits_)];
-    while (*link && !((*link)->bucketHash_ == hash && keys.keyEquals(**link, key)))
-        link = &(*link)->bucketNext_;
-    if (!*link) return nullptr;
-    // The link moves past the member, which must not keep its old successors alive.
-    Ptr<HashMapMember> member = std::move(*link);
-    *link = std::move(member->bucketNext_);
-    --size_;
-    ++modificationCount_;
-    return member;
 }
 
 void HashMapGeneric::emptyAllBuckets() noexcept {
@@ -55,17 +45,13 @@ void HashMapGeneric::emptyAllBuckets() noexcept {
     bucketBits_ = 0;
 }
 
-HashMapMember * HashMapGeneric::lookupG(void const * key, KeyTable const & keys) const noexcept {
-    std::uint32_t const hash = keys.hash(key);
-    HashMapMember * member = startAtHash(hash);
-    while (member && !(member->bucketHash_ == hash && keys.keyEquals(*member, key))) {
-        member = member->bucketNext_.get();
-    }
-    return member;
+void HashMapGeneric::roomIs(std::uint32_t members) noexcept {
+    auto const bits = static_cast<unsigned>(std::bit_width(members ? members - 1 : 0u));
+    if (bits > bucketBits_) bucketBitsIs(bits);
 }
 
-void HashMapGeneric::grow() noexcept {
-    unsigned const bits = std::max<unsigned>(bucketBits_ + 1u, initialBucketBits_);
+// More buckets than there are now. Without the memory for them everything stays as it is.
+void HashMapGeneric::bucketBitsIs(unsigned bits) noexcept {
     if (bits > kMostBucketBits) return;
     auto * const grown = new (std::nothrow) Ptr<HashMapMember>[std::size_t{1} << bits];
     if (!grown) return;
@@ -128,43 +114,13 @@ HashMapMember * HashMapGeneric::findNextBucket(std::uint32_t & bucket) const noe
     return nullptr;
 }
 
-HashMapIteratorGeneric::HashMapIteratorGeneric(HashMapGeneric const & map,
-                                               HashMapGeneric::KeyTable const & keys) noexcept
-    : map_(&map),
-      keys_(&keys),
-      modificationCount_(map.modificationCount()),
-      bucketBits_(static_cast<std::uint8_t>(map.bucketBits())) {
-    current_ = map.findNextG(nullptr, bucketBits_, keys, bucket_);
-}
-
-HashMapIteratorGeneric::HashMapIteratorGeneric(HashMapGeneric const & map,
-                                               HashMapGeneric::KeyTable const & keys,
-                                               HashMapMember * member) noexcept
-    : map_(&map),
-      keys_(&keys),
-      current_(member),
-      modificationCount_(map.modificationCount()),
-      bucketBits_(static_cast<std::uint8_t>(map.bucketBits())) {
-    if (member) bucket_ = HashMapGeneric::bucketOf(HashMapGeneric::bucketHash(*member), bucketBits_);
-}
-
-void HashMapIteratorGeneric::advance() noexcept {
-    if (!current_) return;
-    if (map_->modificationCount() != modificationCount_) {
-        modificationCount_ = map_->modificationCount();
+HashMapMember * HashMapCursor::afterChange(HashMapMember const & current) noexcept {
+    if (map_->modificationCount_ != modificationCount_) {
+        modificationCount_ = map_->modificationCount_;
         // A collection that was emptied has given its buckets back; whatever it holds now was added since.
-        bucketBits_ = std::min(bucketBits_, static_cast<std::uint8_t>(map_->bucketBits()));
-        current_ = map_->findNextG(current_.get(), bucketBits_, *keys_, bucket_);
-        return;
+        bucketBits_ = std::min(bucketBits_, map_->bucketBits_);
     }
-    HashMapMember * next;
-    if (map_->bucketBits() == bucketBits_) {
-        next = HashMapGeneric::nextInBucket(*current_);
-        if (!next) next = map_->findNextBucket(bucket_);
-    } else {
-        next = map_->findNextG(current_.get(), bucketBits_, *keys_, bucket_);
-    }
-    current_ = next;
+    return map_->findNextG(&current, bucketBits_, *keys_, bucket_);
 }
 
 }  // namespace Vel

@@ -40,6 +40,7 @@ protected:
     HashMapMember() noexcept = default;
 
 private:
+    friend class HashMapCursor;
     friend class HashMapGeneric;
     std::uint32_t bucketHash_ = 0;
     Ptr<HashMapMember> bucketNext_;
@@ -61,6 +62,8 @@ public:
     HashMapGeneric & operator=(HashMapGeneric const &) = delete;
 
     std::uint32_t size() const noexcept { return size_; }
+    // Makes room for that many members at once; a hint.
+    void roomIs(std::uint32_t members) noexcept;
     std::uint32_t modificationCount() const noexcept { return modificationCount_; }
     unsigned bucketBits() const noexcept { return bucketBits_; }
     static constexpr std::uint32_t bucketOf(std::uint32_t hash, unsigned bucketBits) noexcept {
@@ -68,25 +71,38 @@ public:
     }
 
 protected:
-    friend class HashMapIteratorGeneric;
+    friend class HashMapCursor;
 
     // `initialSize` is the number of members that the first bucket array has room for; a hint, which buys no
     // more than a million buckets.
     explicit HashMapGeneric(unsigned initialSize) noexcept;
     ~HashMapGeneric() { emptyAllBuckets(); }
 
-    // Inserts `member` under its key. REQUIRES: no member stands under that key, and `member` stands nowhere.
-    void newMemberG(Ptr<HashMapMember> member, KeyTable const & keys) noexcept;
-    // Takes the member of that key out and returns it; null when there is none.
-    Ptr<HashMapMember> deleteMember(void const * key, KeyTable const & keys) noexcept;
+    // Inserts `member` under its key, which has that hash. REQUIRES: no member stands under that key, and
+    // `member` stands nowhere.
+    void newMemberG(Ptr<HashMapMember> member, std::uint32_t hash, KeyTable const & keys) noexcept;
+    // The links of the bucket in which members of that hash stand, one after the other; the last one is null.
+    Ptr<HashMapMember> * linkAtHash(std::uint32_t hash) noexcept {
+        return &buckets_[bucketOf(hash, bucketBits_)];
+    }
+    static Ptr<HashMapMember> * nextLink(Ptr<HashMapMember> const & link) noexcept {
+        return &link->bucketNext_;
+    }
+    // Takes the member out to which `link` points.
+    Ptr<HashMapMember> deleteMember(Ptr<HashMapMember> & link) noexcept {
+        // The link moves past the member, which must not keep its old successors alive.
+        Ptr<HashMapMember> member = std::move(link);
+        link = std::move(member->bucketNext_);
+        --size_;
+        ++modificationCount_;
+        return member;
+    }
     // Takes every member out, one by one, so that no chain is released recursively; frees the buckets.
     void emptyAllBuckets() noexcept;
     // The first member of the bucket in which members of that hash stand; null when it is empty.
     HashMapMember * startAtHash(std::uint32_t hash) const noexcept {
         return buckets_[bucketOf(hash, bucketBits_)].get();
     }
-    HashMapMember * lookupG(void const * key, KeyTable const & keys) const noexcept;
-
     static HashMapMember * nextInBucket(HashMapMember const & member) noexcept {
         return member.bucketNext_.get();
     }
@@ -106,7 +122,7 @@ private:
     static constexpr unsigned kMostInitialBucketBits = 20;
 
     std::uint32_t buckets() const noexcept { return std::uint32_t{1} << bucketBits_; }
-    void grow() noexcept;
+    void bucketBitsIs(unsigned bits) noexcept;
 
     Ptr<HashMapMember> single_;  // The only bucket until there is an array.
     Ptr<HashMapMember> * buckets_ = &single_;
@@ -116,25 +132,69 @@ private:
     std::uint8_t initialBucketBits_;
 };
 
-class VEL_EXPORT HashMapIteratorGeneric {
+// The place of a walk, without the member that stands there: whoever walks holds that.
+class VEL_EXPORT HashMapCursor {
 public:
-    HashMapIteratorGeneric(HashMapGeneric const & map, HashMapGeneric::KeyTable const & keys) noexcept;
+    // Before the first member.
+    HashMapCursor(HashMapGeneric const & map, HashMapGeneric::KeyTable const & keys) noexcept
+        : map_(&map),
+          keys_(&keys),
+          modificationCount_(map.modificationCount_),
+          bucketBits_(map.bucketBits_) {}
+
+    // Null when there is none.
+    HashMapMember * first() noexcept { return map_->findNextG(nullptr, bucketBits_, *keys_, bucket_); }
+    // Where `member` stands; null is the end.
+    void placeIs(HashMapMember const * member) noexcept {
+        if (member) bucket_ = HashMapGeneric::bucketOf(member->bucketHash_, bucketBits_);
+    }
+    // The one after `current`, which may have left; null when there is none.
+    HashMapMember * after(HashMapMember const & current) noexcept {
+        if (map_->modificationCount_ != modificationCount_ || map_->bucketBits_ != bucketBits_) [[unlikely]]
+            return afterChange(current);
+        if (HashMapMember * const next = current.bucketNext_.get()) return next;
+        // Mostly the next bucket has a member.
+        if (bucket_ + 1 < map_->buckets()) {
+            if (HashMapMember * const next = map_->buckets_[bucket_ + 1].get()) {
+                ++bucket_;
+                return next;
+            }
+        }
+        return map_->findNextBucket(bucket_);
+    }
+
+private:
+    HashMapMember * afterChange(HashMapMember const & current) noexcept;
+
+    HashMapGeneric const * map_;
+    HashMapGeneric::KeyTable const * keys_;
+    std::uint32_t bucket_ = 0;
+    std::uint32_t modificationCount_;
+    std::uint8_t bucketBits_;
+};
+
+// Holds the member on which it stands.
+class HashMapIteratorGeneric {
+public:
+    HashMapIteratorGeneric(HashMapGeneric const & map, HashMapGeneric::KeyTable const & keys) noexcept
+        : cursor_(map, keys), current_(cursor_.first()) {}
     // Starts at `member`; null is the end.
     HashMapIteratorGeneric(HashMapGeneric const & map, HashMapGeneric::KeyTable const & keys,
-                           HashMapMember * member) noexcept;
+                           HashMapMember * member) noexcept
+        : cursor_(map, keys), current_(member) {
+        cursor_.placeIs(member);
+    }
 
     // Null at the end.
     Ptr<HashMapMember> const & current() const noexcept { return current_; }
     // Does nothing at the end.
-    void advance() noexcept;
+    void advance() noexcept {
+        if (current_) current_ = cursor_.after(*current_);
+    }
 
 private:
-    HashMapGeneric const * map_;
-    HashMapGeneric::KeyTable const * keys_;
+    HashMapCursor cursor_;
     Ptr<HashMapMember> current_;
-    std::uint32_t bucket_ = 0;
-    std::uint32_t modificationCount_;
-    std::uint8_t bucketBits_;
 };
 
 // The framework's integer hash. `kReversed` tells whether the result is bit-reversed.
@@ -189,16 +249,21 @@ public:
     using pointer = Ptr<Member> const *;
     using reference = Ptr<Member> const &;
 
-    explicit HashMapIterator(HashMapIteratorGeneric generic) noexcept : generic_(std::move(generic)) {
-        settle();
+    HashMapIterator(HashMapGeneric const & map, HashMapGeneric::KeyTable const & keys) noexcept
+        : cursor_(map, keys), current_(static_cast<Member *>(cursor_.first())) {}
+    // Starts at `member`; null is the end.
+    HashMapIterator(HashMapGeneric const & map, HashMapGeneric::KeyTable const & keys,
+                    Member * member) noexcept
+        : cursor_(map, keys), current_(member) {
+        cursor_.placeIs(member);
     }
 
     // Valid until the iterator moves. Null at the end.
     Ptr<Member> const & operator*() const noexcept { return current_; }
     Ptr<Member> const * operator->() const noexcept { return &current_; }
+    // Does nothing at the end.
     HashMapIterator & operator++() noexcept {
-        generic_.advance();
-        settle();
+        if (current_) current_ = static_cast<Member *>(cursor_.after(*current_));
         return *this;
     }
     void operator++(int) noexcept { ++*this; }
@@ -208,9 +273,7 @@ public:
     }
 
 private:
-    void settle() noexcept { current_ = static_cast<Member *>(generic_.current().get()); }
-
-    HashMapIteratorGeneric generic_;
+    HashMapCursor cursor_;
     Ptr<Member> current_;
 };
 
@@ -246,8 +309,10 @@ public:
     explicit HashMap(unsigned initialSize) noexcept : HashMapGeneric(initialSize) {}
 
     // The member of that key, or null. Never inserts.
-    Member * operator[](Key const & key) const noexcept {
-        return find(HashMapKey<Key>::hash(key), [&](Member const & member) {
+    Member * operator[](Key const & key) const noexcept { return find(HashMapKey<Key>::hash(key), key); }
+    // The same for a key whose hash is known.
+    Member * find(std::uint32_t hash, Key const & key) const noexcept {
+        return find(hash, [&](Member const & member) {
             return HashMapKey<Key>::equals(member.collectionKey(), key);
         });
     }
@@ -260,10 +325,23 @@ public:
         }
         return nullptr;
     }
-    void newMember(Ptr<Member> member) noexcept { newMemberG(std::move(member), kKeys); }
+    void newMember(Ptr<Member> member) noexcept {
+        std::uint32_t const hash = HashMapKey<Key>::hash(member->collectionKey());
+        newMember(hash, std::move(member));
+    }
+    void newMember(std::uint32_t hash, Ptr<Member> member) noexcept {
+        newMemberG(std::move(member), hash, kKeys);
+    }
+    // Takes the member of that key out and returns it; null when there is none.
     Ptr<Member> deleteMember(Key const & key) noexcept {
-        return Ptr<Member>::adopted(
-            static_cast<Member *>(HashMapGeneric::deleteMember(&key, kKeys).release()));
+        std::uint32_t const hash = HashMapKey<Key>::hash(key);
+        for (Ptr<HashMapMember> * link = linkAtHash(hash); *link; link = nextLink(*link)) {
+            if (bucketHash(**link) == hash && HashMapKey<Key>::equals(keyOf(**link), key)) {
+                return Ptr<Member>::adopted(
+                    static_cast<Member *>(HashMapGeneric::deleteMember(*link).release()));
+            }
+        }
+        return nullptr;
     }
     using HashMapGeneric::emptyAllBuckets;
     // What the engine's own functions take.
@@ -271,12 +349,12 @@ public:
 
     template <class Iterator = HashMapIterator<Member>>
     Iterator iterator() const noexcept {
-        return Iterator(HashMapIteratorGeneric(*this, kKeys));
+        return Iterator(*this, kKeys);
     }
     // Starts at the member of that key; at the end when there is none.
     template <class Iterator = HashMapIterator<Member>>
     Iterator iteratorAt(Key const & key) const noexcept {
-        return Iterator(HashMapIteratorGeneric(*this, kKeys, (*this)[key]));
+        return Iterator(*this, kKeys, (*this)[key]);
     }
 
 private:

@@ -71,8 +71,10 @@ public:
     // Starts at the first entry.
     HashMap2018IteratorGeneric(HashMap2018Generic const * map, HashMap2018VTable const * table) noexcept
         : generic_(table->nodes(*map), table->keys) {}
-    explicit HashMap2018IteratorGeneric(HashMapIteratorGeneric generic) noexcept
-        : generic_(std::move(generic)) {}
+    // Starts at `node`; null is the end.
+    HashMap2018IteratorGeneric(HashMapGeneric const & nodes, HashMapGeneric::KeyTable const & keys,
+                               HashMapMember * node) noexcept
+        : generic_(nodes, keys, node) {}
 
     void advance() noexcept { generic_.advance(); }
     // The entry that the iterator stands on, removed or not; null at the end.
@@ -163,19 +165,20 @@ public:
 
     // Sets the value of `key`, adding an entry when there is none; false when it had that value already.
     bool valueIs(Key const & key, Value const & value) {
-        if (Node * const node = nodes_[key]) {
+        std::uint32_t const hash = HashMapKey<Key>::hash(key);
+        if (Node * const node = nodes_.find(hash, key)) {
             if (node->value_ == value) return false;
             node->value_ = value;
         } else {
-            nodes_.newMember(new Node(key, value));
+            nodes_.newMember(hash, new Node(key, value));
         }
         return true;
     }
-    // False when there was no such entry.
-    bool valueDel(Key const & key) noexcept {
-        Vel::Ptr<Node> const node = nodes_.deleteMember(key);
+    // Returns the entry that was taken out; null when there was none.
+    Vel::Ptr<Node> valueDel(Key const & key) noexcept {
+        Vel::Ptr<Node> node = nodes_.deleteMember(key);
         if (node) node->present_ = false;
-        return bool(node);
+        return node;
     }
 
     template <class AnyIterator = Iterator>

@@ -18,6 +18,9 @@ struct NotifieeList::Delivery {
     bool calledLeft;         // It has left the list, perhaps to enter it again at the end.
     bool calledIsDestroyed;
     Delivery * outer;
+    std::exception_ptr failure;  // The first one; null without.
+
+    [[gnu::cold]] void failed(NotifieeConst & reactor, bool isKeptAlive) noexcept;
 };
 
 namespace {
@@ -71,37 +74,45 @@ void NotifieeList::deliver(PtrInterface const & notifier, Call first, void const
                       .called = nullptr,
                       .calledLeft = false,
                       .calledIsDestroyed = false,
-                      .outer = static_cast<Delivery *>(innermostDelivery)};
+                      .outer = static_cast<Delivery *>(innermostDelivery),
+                      .failure = nullptr};
     innermostDelivery = &delivery;
-    std::exception_ptr failure;
-
-    auto const callOne = [&](NotifieeConst & reactor, bool counted, Call callback, void const * argument) {
-        try {
-            callback(reactor, argument);
-        } catch (...) {
-            if (!failure) failure = std::current_exception();
-            if (!counted && delivery.calledIsDestroyed) return;
-            try {
-                reactor.onNotificationException();
-            } catch (...) {  // The caller is told of the first exception only.
-            }
-        }
-    };
-    while (NotifieeConst * const reactor = delivery.next) {
-        delivery.next = reactor == delivery.last ? nullptr : reactor->next_;
-        // A reactor that is being destroyed is still in the list, but perhaps no longer what it was.
-        if (!reactor->hasNotificationActive() || reactor->isBeingDestroyed()) continue;
-        delivery.called = reactor;
+    do {
+        NotifieeConst & reactor = *delivery.next;
+        delivery.next = &reactor == delivery.last ? nullptr : reactor.next_;
+        if (!reactor.takesCallbacks()) continue;
+        delivery.called = &reactor;
         delivery.calledLeft = delivery.calledIsDestroyed = false;
-        KeepAlive const keepReactor(*reactor);
-        callOne(*reactor, keepReactor.holds(), first, firstCallback);
-        if (second && !delivery.calledLeft && !delivery.calledIsDestroyed &&
-            reactor->hasNotificationActive() && !reactor->isBeingDestroyed()) {
-            callOne(*reactor, keepReactor.holds(), second, secondCallback);
+        KeepAlive const keepReactor(reactor);
+        try {
+            first(reactor, firstCallback);
+        } catch (...) {
+            delivery.failed(reactor, keepReactor.holds());
         }
-    }
+        if (!second || delivery.calledLeft || delivery.calledIsDestroyed || !reactor.takesCallbacks())
+            continue;
+        try {
+            second(reactor, secondCallback);
+        } catch (...) {
+            delivery.failed(reactor, keepReactor.holds());
+        }
+    } while (delivery.next);
     innermostDelivery = delivery.outer;
-    if (failure) std::rethrow_exception(failure);
+    if (delivery.failure) [[unlikely]]
+        std::rethrow_exception(delivery.failure);
+}
+
+// Called with the exception in flight.
+void NotifieeList::Delivery::failed(NotifieeConst & reactor, bool isKeptAlive) noexcept {
+    if (!failure) failure = std::current_exception();
+    if (isKeptAlive || !calledIsDestroyed) failedAlone(reactor);
+}
+
+void NotifieeList::failedAlone(NotifieeConst & reactor) noexcept {
+    try {
+        reactor.onNotificationException();
+    } catch (...) {  // The caller is told of the first exception only.
+    }
 }
 
 NotifieeConst::~NotifieeConst() {

@@ -55,7 +55,20 @@ public:
     // that every member of the list has.
     template <class Reactor, class Callback>
     void notify(PtrInterface const & notifier, Callback const & callback) const {
-        if (!empty()) deliver(notifier, &call<Reactor, Callback>, &callback, nullptr, nullptr);
+        if (empty()) return;
+        if (PtrInterface::NotifieeConst * const only = onlyOne()) [[likely]] {
+            // Nothing that it may do to the list matters to this delivery, which ends with it.
+            KeepAlive const keepNotifier(notifier);
+            KeepAlive const keepReactor(*only);
+            try {
+                callback(static_cast<Reactor &>(*only));
+            } catch (...) {
+                failedAlone(*only);
+                throw;
+            }
+            return;
+        }
+        deliver(notifier, &call<Reactor, Callback>, &callback, nullptr, nullptr);
     }
     // Calls `first(reactor)` and then `second(reactor)`, reactor by reactor; the second one also when the
     // first one threw, but not when the first one made the reactor leave.
@@ -74,6 +87,11 @@ private:
     template <class Reactor, class Callback>
     static void call(PtrInterface::NotifieeConst & reactor, void const * callback);
 
+    // The reactor, if there is exactly one, if it takes callbacks, and if a reference can keep it alive.
+    // REQUIRES: not empty.
+    PtrInterface::NotifieeConst * onlyOne() const noexcept;
+    // Called with the exception in flight.
+    [[gnu::cold]] static void failedAlone(PtrInterface::NotifieeConst & reactor) noexcept;
     void deliver(PtrInterface const & notifier, Call first, void const * firstCallback, Call second,
                  void const * secondCallback) const;
     void enter(PtrInterface::NotifieeConst & reactor) noexcept;
@@ -115,15 +133,28 @@ public:
 
 protected:
     NotifieeConst() noexcept = default;
+    // Binds a reactor that has followed nothing yet: for constructors, which know that `notifier` is of the
+    // class that their reactor follows.
+    void firstNotifierIs(PtrInterface const * notifier) noexcept { notifier_ = notifier; }
     void registeredIs(bool registered) const noexcept;
 
 private:
     friend class Vel::NotifieeList;
 
+    // A reactor that is being destroyed is still in the list, but perhaps no longer what it was.
+    bool takesCallbacks() const noexcept {
+        constexpr std::uint32_t kTested = kNotificationActive | kHeld;
+        return (flags() & kTested) == kNotificationActive;
+    }
+
     Ptr<PtrInterface const> notifier_;
     mutable NotifieeConst * next_ = nullptr;  // Null while not registered.
     mutable NotifieeConst * previous_ = nullptr;
 };
+
+inline PtrInterface::NotifieeConst * NotifieeList::onlyOne() const noexcept {
+    return first_->next_ == first_ && first_->takesCallbacks() && first_->isCounted() ? first_ : nullptr;
+}
 
 template <class Reactor, class Callback>
 void NotifieeList::call(PtrInterface::NotifieeConst & reactor, void const * callback) {

@@ -3,6 +3,8 @@
 #include <new>
 #include <vector>
 
+#include "platform/Vel/SlabPool.h"
+
 namespace Vel {
 
 bool VFPtrInterface::threadSafePointers_ = false;
@@ -19,7 +21,6 @@ __attribute__((tls_model("initial-exec"))) thread_local unsigned nesting = 0;
 __attribute__((tls_model("initial-exec"))) thread_local std::vector<PtrInterface *> * waiting = nullptr;
 
 bool deferred(PtrInterface * object) noexcept {
-    if (nesting < kNestingLimit) return false;
     try {
         if (!waiting) waiting = new std::vector<PtrInterface *>;
         waiting->push_back(object);
@@ -57,18 +58,20 @@ VelType const * PtrInterface::fwkType() const { return nullptr; }
 void PtrInterface::handleZeroRef() const noexcept {
     heldIs();
     auto * const object = const_cast<PtrInterface *>(this);
-    if (deferred(object)) return;
+    if (nesting >= kNestingLimit && deferred(object)) [[unlikely]]
+        return;
     ++nesting;
     object->zeroReferencesIs(true);
     // What waits is destroyed by the outermost destruction, with the nesting still counted, so that a list
     // that grows while it is worked off is still one list.
-    if (nesting == 1 && waiting) destroyWaiting();
+    if (waiting && nesting == 1) [[unlikely]]
+        destroyWaiting();
     --nesting;
 }
 
 void PtrInterface::flagIs(std::uint32_t flag, bool on) const noexcept {
-    if (VFPtrInterface::threadSafePointers_) {
-        std::atomic_ref<std::uint32_t> word(word_);
+    if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
+        std::atomic_ref<std::uint32_t> const word(word_);
         if (on) {
             word.fetch_or(flag, std::memory_order_acq_rel);
         } else {
@@ -80,29 +83,20 @@ void PtrInterface::flagIs(std::uint32_t flag, bool on) const noexcept {
 }
 
 void PtrInterface::referenceNewAtomic() const noexcept {
-    std::atomic_ref<std::uint32_t> word(word_);
-    std::uint32_t seen = word.load(std::memory_order_relaxed);
-    while ((seen & kReferences) != kReferences &&
-           !word.compare_exchange_weak(seen, seen + 1, std::memory_order_relaxed)) {
-    }
+    std::atomic_ref<std::uint32_t>(word_).fetch_add(1, std::memory_order_relaxed);
 }
 
 void PtrInterface::referenceDelAtomic() const noexcept {
-    std::atomic_ref<std::uint32_t> word(word_);
-    std::uint32_t seen = word.load(std::memory_order_relaxed);
-    do {
-        assert((seen & kReferences) != 0 && "more references released than taken");
-        if ((seen & kReferences) == kReferences) return;
-    } while (!word.compare_exchange_weak(seen, seen - 1, std::memory_order_acq_rel));
-    if (((seen - 1) & kCountMask) == 0) handleZeroRef();
+    std::uint32_t const before =
+        std::atomic_ref<std::uint32_t>(word_).fetch_sub(1, std::memory_order_acq_rel);
+    assert((before & kReferences) != 0 && "more references released than taken");
+    if (((before - 1) & kCountMask) == 0) handleZeroRef();
 }
 
-void * PtrInterface::velMemAlloc(unsigned int size) { return ::operator new(size); }
+void * PtrInterface::velMemAlloc(unsigned int size) { return SlabPool::cell(size); }
 
-void PtrInterface::velMemFree(void * storage) noexcept { ::operator delete(storage); }
-
-void PtrInterface::referencesIsForTesting(std::uint32_t count) const noexcept {
-    word_ = (word_ & ~kReferences) | (count & kReferences);
+void PtrInterface::velMemFree(void * storage, unsigned int size) noexcept {
+    SlabPool::cellDel(storage, size);
 }
 
 }  // namespace Vel

@@ -11,8 +11,8 @@
 //     bits 0..28  the number of references
 // The count is zero when none of the bits under 0x5fffffff is set. References made while the destructor runs
 // (a reactor hands out references to itself when it retires) come and go without a second destruction,
-// because bit 30 belongs to that mask. A count that has reached its largest value stays there: the object is
-// then never destroyed, which is a leak but no use after free, and no flag is ever touched by a carry.
+// because bit 30 belongs to that mask. The 29 bits of the count are never exhausted: as many references, one
+// pointer each, would fill 4 GiB.
 //
 // Threads
 //     `VFPtrInterface::threadSafePointers_` makes every change of the word an atomic read-modify-write
@@ -90,24 +90,24 @@ public:
 
     // The storage of framework objects. Throws std::bad_alloc.
     static void * velMemAlloc(unsigned int size);
-    static void velMemFree(void * storage) noexcept;
-
-    // Puts the number of references near its end, which no test can reach by counting.
-    void referencesIsForTesting(std::uint32_t count) const noexcept;
+    // Gives back what `velMemAlloc(size)` returned.
+    static void velMemFree(void * storage, unsigned int size) noexcept;
 
 protected:
     PtrInterface() noexcept = default;
 
     // The first act of a destructor that hands out references to its object.
-    void heldIs() const noexcept { flagIs(kHeld, true); }
+    void heldIs() const noexcept {
+        if (!isBeingDestroyed()) flagIs(kHeld, true);
+    }
     void notificationActiveFlagIs(bool active) const noexcept { flagIs(kNotificationActive, active); }
+    // To test several at once.
+    std::uint32_t flags() const noexcept { return word() & ~kReferences; }
 
 private:
+    // An ordinary load on most processors, so both pointer modes read alike.
     std::uint32_t word() const noexcept {
-        if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
-            return std::atomic_ref<std::uint32_t>(word_).load(std::memory_order_acquire);
-        }
-        return word_;
+        return std::atomic_ref<std::uint32_t>(word_).load(std::memory_order_acquire);
     }
     void flagIs(std::uint32_t flag, bool on) const noexcept;
     void referenceNewAtomic() const noexcept;
@@ -119,7 +119,7 @@ private:
 inline void PtrInterface::referenceNew() const noexcept {
     if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
         referenceNewAtomic();
-    } else if ((word_ & kReferences) != kReferences) [[likely]] {
+    } else {
         ++word_;
     }
 }
@@ -130,9 +130,8 @@ inline void PtrInterface::referenceDel() const noexcept {
         return;
     }
     assert((word_ & kReferences) != 0 && "more references released than taken");
-    if ((word_ & kReferences) == kReferences) [[unlikely]]
-        return;
-    if ((--word_ & kCountMask) == 0) handleZeroRef();
+    if ((--word_ & kCountMask) == 0) [[unlikely]]
+        handleZeroRef();
 }
 
 // Keeps an object alive for a scope, whoever lets go of it meanwhile; does nothing for an object that is not

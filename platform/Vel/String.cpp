@@ -1,13 +1,12 @@
 #include "platform/Vel/String.h"
 
-#include <atomic>
 #include <cstring>
 #include <limits>
 #include <new>
 #include <ostream>
 #include <stdexcept>
 
-#include "platform/Vel/PtrInterface.h"
+#include "platform/Vel/SlabPool.h"
 
 namespace Vel {
 
@@ -35,11 +34,14 @@ std::uint32_t hashOf(std::string_view bytes) noexcept {
     return hash ^ hash >> 16;
 }
 
+// The terminating NUL included.
+constexpr std::size_t storageSize(std::size_t bytes) noexcept { return sizeof(String::Data) + bytes + 1; }
+
 }  // namespace
 
 String::Data * String::Data::newData(std::string_view bytes) {
     if (bytes.size() > std::numeric_limits<std::uint32_t>::max()) throw std::length_error("Vel::String");
-    auto * const storage = ::operator new(sizeof(Data) + bytes.size() + 1);
+    auto * const storage = SlabPool::cell(storageSize(bytes.size()));
     auto * const data = new (storage) Data;
     data->references_ = 1;
     data->size_ = static_cast<std::uint32_t>(bytes.size());
@@ -50,34 +52,11 @@ String::Data * String::Data::newData(std::string_view bytes) {
     return data;
 }
 
-void String::Data::referenceNew() noexcept {
-    // A count at its end stays there, as that of objects does.
-    if (VFPtrInterface::threadSafePointers_) {
-        std::atomic_ref<std::uint32_t> references(references_);
-        std::uint32_t seen = references.load(std::memory_order_relaxed);
-        while (seen != std::numeric_limits<std::uint32_t>::max() &&
-               !references.compare_exchange_weak(seen, seen + 1, std::memory_order_relaxed)) {
-        }
-    } else if (references_ != std::numeric_limits<std::uint32_t>::max()) {
-        ++references_;
-    }
+void String::Data::referenceDelAtomic() noexcept {
+    if (std::atomic_ref<std::uint32_t>(references_).fetch_sub(1, std::memory_order_acq_rel) == 1) dataDel();
 }
 
-void String::Data::referenceDel() noexcept {
-    bool last;
-    if (VFPtrInterface::threadSafePointers_) {
-        std::atomic_ref<std::uint32_t> references(references_);
-        std::uint32_t seen = references.load(std::memory_order_relaxed);
-        do {
-            if (seen == std::numeric_limits<std::uint32_t>::max()) return;
-        } while (!references.compare_exchange_weak(seen, seen - 1, std::memory_order_acq_rel));
-        last = seen == 1;
-    } else {
-        if (references_ == std::numeric_limits<std::uint32_t>::max()) return;
-        last = --references_ == 0;
-    }
-    if (last) ::operator delete(this);
-}
+void String::Data::dataDel() noexcept { SlabPool::cellDel(this, storageSize(size_)); }
 
 std::ostream & operator<<(std::ostream & out, String const & string) { return out << string.view(); }
 

@@ -6,6 +6,7 @@
 // for the bucket, so the low bits of the hash itself choose it.
 #pragma once
 
+#include <atomic>
 #include <compare>
 #include <concepts>
 #include <cstddef>
@@ -16,6 +17,7 @@
 #include <utility>
 
 #include "platform/Vel/Export.h"
+#include "platform/Vel/PtrInterface.h"
 
 namespace Vel {
 
@@ -49,8 +51,22 @@ public:
     private:
         friend class String;
         static Data * newData(std::string_view bytes);
-        void referenceNew() noexcept;
-        void referenceDel() noexcept;
+        void referenceNew() noexcept {
+            if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
+                std::atomic_ref<std::uint32_t>(references_).fetch_add(1, std::memory_order_relaxed);
+            } else {
+                ++references_;
+            }
+        }
+        void referenceDel() noexcept {
+            if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
+                referenceDelAtomic();
+            } else if (--references_ == 0) [[unlikely]] {
+                dataDel();
+            }
+        }
+        void referenceDelAtomic() noexcept;
+        void dataDel() noexcept;
 
         std::uint32_t references_;
         std::uint32_t size_;

@@ -81,9 +81,6 @@ struct Mutation : Vel::CollectionMutation<Mutation<kCopiesKeys>, kCopiesKeys> {
     }
 };
 
-static_assert(std::is_same_v<Mutation<false>::KeyArgument<Name>, Name const &>, "no copy unless asked for");
-static_assert(std::is_same_v<Mutation<true>::KeyArgument<Name>, Name const>);
-
 Board::~Board() { Mutation<false>::letGoAll(cards); }
 
 constexpr auto onCard = [](Board::NotifieeConst & r, auto const &... key) { r.onCard(key...); };

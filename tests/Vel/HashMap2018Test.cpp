@@ -323,7 +323,7 @@ TEST(HashMap2018Walk, FollowsAModelWhileEntriesComeAndGo) {
         std::map<Name, int> model;
         std::set<Name> stable;  // Those that stand from the beginning of the walk on.
         auto const remove = [&](Name const & key) {
-            ASSERT_EQ(map.valueDel(key), model.erase(key) == 1);
+            ASSERT_EQ(bool(map.valueDel(key)), model.erase(key) == 1);
             stable.erase(key);
         };
         auto const disturb = [&] {

@@ -238,15 +238,6 @@ TEST(HashMap, TellsKeysOfOneHashApart) {
     EXPECT_EQ((collection[{0x12345679U, 2}]), nullptr) << "of another hash in the same bucket";
 }
 
-TEST(HashMap, LooksUpForTheEngineAsForItsUsers) {
-    NamedCollection collection;
-    for (int i = 0; i < 20; ++i) collection.add(name(i));
-    for (int i = 0; i < 40; ++i) {
-        Name const key = name(i);
-        EXPECT_EQ(collection.lookupG(&key, NamedCollection::kTable), collection[key]);
-    }
-}
-
 TEST(HashMap, ReturnsTheMemberThatLeaves) {
     NamedCollection collection;
     NamedMember * const raw = collection.add(Name("a")).get();

@@ -57,7 +57,6 @@ public:
 
     using Vel::HashMapGeneric::findNextBucket;
     using Vel::HashMapGeneric::findNextG;
-    using Vel::HashMapGeneric::lookupG;
     using Vel::HashMapGeneric::startAtHash;
 
     Vel::Ptr<Item> add(Key key) {

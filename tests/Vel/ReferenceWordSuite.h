@@ -141,47 +141,6 @@ TEST(ReferenceWord, LetsNoFlagKeepAnObjectAlive) {
     }
 }
 
-TEST(ReferenceWord, StaysAtItsLargestCount) {
-    for (Word const flags : {0U, 0x80000000U, 0x20000000U, 0xa0000000U}) {
-        Vel::Ptr<Bulb> bulb = new Bulb;
-        bulb->velMarkedForDeletionIs((flags & 0x80000000U) != 0);
-        bulb->hasNotificationActiveIs((flags & 0x20000000U) != 0);
-        bulb->referencesIsForTesting(0x1ffffffeU);
-        {
-            Vel::Ptr<Bulb> const reachesTheEnd = bulb;
-            EXPECT_EQ(wordOf(*bulb), flags | 0x1fffffffU);
-            Vel::Ptr<Bulb> const oneMore = bulb;
-            EXPECT_EQ(wordOf(*bulb), flags | 0x1fffffffU);
-        }
-        EXPECT_EQ(wordOf(*bulb), flags | 0x1fffffffU);
-        bulb->referencesIsForTesting(1);
-        EXPECT_EQ(wordOf(*bulb), flags | 1U);
-        bulb = nullptr;
-        EXPECT_EQ(liveBulbs(), 0U);
-    }
-}
-
-TEST(ReferenceWord, LeaksAnObjectWhoseCountReachedTheEnd) {
-    Vel::Ptr<Bulb> bulb = new Bulb;
-    Bulb * const raw = bulb.get();
-    raw->referencesIsForTesting(0x1fffffffU);
-    bulb = nullptr;
-    EXPECT_EQ(liveBulbs(), 1U);
-    EXPECT_EQ(wordOf(*raw), 0x1fffffffU);
-    raw->referencesIsForTesting(1);
-    bulb = Vel::Ptr<Bulb>::adopted(raw);
-    bulb = nullptr;
-    EXPECT_EQ(liveBulbs(), 0U);
-}
-
-TEST(ReferenceWord, CountsDownFromOneBelowTheEnd) {
-    Vel::Ptr<Bulb> const bulb = new Bulb;
-    bulb->referencesIsForTesting(0x1ffffffeU);
-    { Vel::Ptr<Bulb> const gone = Vel::Ptr<Bulb>::adopted(bulb.get()); }
-    EXPECT_EQ(wordOf(*bulb), 0x1ffffffdU);
-    bulb->referencesIsForTesting(1);
-}
-
 TEST(ReferenceWord, IsHeldAboveZeroWhileTheDestructorRuns) {
     std::vector<Word> seen;
     Vel::Ptr<SelfReferring> object = new SelfReferring(seen, false);

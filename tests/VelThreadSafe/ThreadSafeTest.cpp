@@ -113,21 +113,6 @@ TEST(ThreadSafePtr, DestroysAnObjectOnceAndAfterAllThatWasDoneToIt) {
     EXPECT_EQ(Shared::velAllocTrackTypeInfo_->live(), 0U);
 }
 
-TEST(ThreadSafePtr, StaysAtItsLargestCount) {
-    Ptr<Shared> const shared = new Shared;
-    shared->velMarkedForDeletionIs(true);
-    shared->referencesIsForTesting(Vel::PtrInterface::kReferences - 2);
-    together([&](int) {
-        std::vector<Ptr<Shared>> const copies(100, shared);
-        EXPECT_TRUE(shared->velMarkedForDeletion());
-    });
-    EXPECT_EQ(shared->references(), Vel::PtrInterface::kReferences);
-    EXPECT_TRUE(shared->velMarkedForDeletion());
-    EXPECT_FALSE(shared->isBeingDestroyed());
-    EXPECT_FALSE(shared->hasNotificationActive());
-    shared->referencesIsForTesting(1);
-}
-
 TEST(ThreadSafePtr, DestroysChainsOnEveryThreadAtOnce) {
     Shared::destructions = 0;
     together([](int) {

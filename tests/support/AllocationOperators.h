@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <new>
 
+#include "platform/Vel/SlabPool.h"
 #include "tests/support/Allocations.h"
 
 void * operator new(std::size_t size, std::nothrow_t const &) noexcept {
@@ -30,3 +31,10 @@ void operator delete(void * storage, std::nothrow_t const &) noexcept { std::fre
 void operator delete[](void * storage) noexcept { std::free(storage); }
 void operator delete[](void * storage, std::size_t) noexcept { std::free(storage); }
 void operator delete[](void * storage, std::nothrow_t const &) noexcept { std::free(storage); }
+
+namespace {
+
+// Each object is an allocation of its own here, which can be counted and refused.
+[[maybe_unused]] bool const withoutPool = (Vel::SlabPool::pooledIs(false), true);
+
+}  // namespace

@@ -61,7 +61,8 @@ private:
     void presentIs(NetworkTopologyV3::PortBase const & port) { present_.insert(port.portKey()); }
 
     Reference reference(PortKey const & key) const {
-        std::string_view const member = key.member().view();
+        Vel::String const whole = key.member();
+        std::string_view const member = whole.view();
         std::size_t const slash = member.find('/');
         Reference result{text(key.host()), kindNamed(member.substr(0, slash)), {}, present_.contains(key)};
         if (slash != std::string_view::npos) result.name = member.substr(slash + 1);

@@ -6,13 +6,18 @@ namespace TestSupport {
 
 // The recorder, as in Recorders.cpp.
 
-using Vel::HashMapIteratorGeneric;
+using Vel::HashMapGeneric;
+using Vel::HashMapMember;
 
-void realOfAdvance(HashMapIteratorGeneric * self) __asm__("__real__ZN3Vel22HashMapIteratorGeneric7advanceEv");
-void advance(HashMapIteratorGeneric * self) __asm__("__wrap__ZN3Vel22HashMapIteratorGeneric7advanceEv");
-void advance(HashMapIteratorGeneric * self) {
-    ++WalkCount::steps;
-    realOfAdvance(self);
+HashMapMember *
+realOfFindNextBucket(HashMapGeneric const * self,
+                     std::uint32_t & bucket) __asm__("__real__ZNK3Vel14HashMapGeneric14findNextBucketERj");
+HashMapMember *
+findNextBucket(HashMapGeneric const * self,
+               std::uint32_t & bucket) __asm__("__wrap__ZNK3Vel14HashMapGeneric14findNextBucketERj");
+HashMapMember * findNextBucket(HashMapGeneric const * self, std::uint32_t & bucket) {
+    ++WalkCount::searches;
+    return realOfFindNextBucket(self, bucket);
 }
 
 }  // namespace TestSupport

@@ -1,0 +1,308 @@
+#include "platform/Vel/SlabPool.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cassert>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <mutex>
+#include <new>
+#include <utility>
+
+#ifdef __linux__
+#include <sys/mman.h>
+#endif
+
+#include "platform/Vel/PtrInterface.h"
+
+namespace Vel {
+
+namespace {
+
+constexpr std::size_t kGranule = SlabPool::kAlignment;
+constexpr std::size_t kSlabBytes = std::size_t{64} << 10;
+constexpr std::size_t kChunkBytes = std::size_t{2} << 20;
+// The system's allocator keeps its own words between two pieces. Left to it, they let chunks lie side by
+// side.
+constexpr std::size_t kChunkMargin = 64;
+constexpr unsigned kSlabsPerChunk = kChunkBytes / kSlabBytes - 1;
+constexpr std::uint32_t kAllSlabs = (std::uint32_t{1} << kSlabsPerChunk) - 1;
+constexpr unsigned kCellsPerWord = 64;
+constexpr std::size_t kWords = kSlabBytes / SlabPool::kSmallestCell / kCellsPerWord + 1;
+
+// The slab is in one list at a time: of those of its size that have a free cell, or in none.
+template <class T>
+struct ListLink {
+    T * previous = nullptr;
+    T * next = nullptr;
+};
+
+template <class T>
+class List {
+public:
+    T * first() const noexcept { return first_; }
+    void pushFront(T & item) noexcept {
+        item.link.previous = nullptr;
+        item.link.next = first_;
+        if (first_) first_->link.previous = &item;
+        first_ = &item;
+    }
+    void remove(T & item) noexcept {
+        (item.link.previous ? item.link.previous->link.next : first_) = item.link.next;
+        if (item.link.next) item.link.next->link.previous = item.link.previous;
+    }
+
+private:
+    T * first_ = nullptr;
+};
+
+struct alignas(64) Slab {
+    ListLink<Slab> link;  // In the list of its size, while it has a free cell.
+    std::byte * cells;
+    std::uint32_t cellBytes;
+    std::uint32_t reciprocal;  // Of the size of a cell: a multiplication finds the number of a cell.
+    std::uint32_t cellsInUse;
+    std::uint32_t cellCount;
+    std::uint32_t firstWord;  // No cell is free in the words before it.
+    std::array<std::uint64_t, kWords> freeCells;
+
+    void init(std::byte * where, std::size_t bytes, std::size_t size) noexcept {
+        cells = where;
+        cellBytes = static_cast<std::uint32_t>(size);
+        reciprocal = static_cast<std::uint32_t>((std::uint64_t{1} << 32) / size + 1);
+        cellsInUse = 0;
+        cellCount = static_cast<std::uint32_t>(bytes / size);
+        firstWord = 0;
+        for (std::size_t word = 0; word < kWords; ++word) {
+            std::size_t const first = word * kCellsPerWord;
+            std::size_t const left = cellCount > first ? cellCount - first : 0;
+            freeCells[word] = left >= kCellsPerWord ? ~std::uint64_t{0} : (std::uint64_t{1} << left) - 1;
+        }
+    }
+    bool isFull() const noexcept { return cellsInUse == cellCount; }
+
+    // REQUIRES: not full.
+    void * cellNew() noexcept {
+        while (freeCells[firstWord] == 0) ++firstWord;
+        std::uint64_t & word = freeCells[firstWord];
+        std::size_t const cell = firstWord * kCellsPerWord + static_cast<unsigned>(std::countr_zero(word));
+        word &= word - 1;
+        ++cellsInUse;
+        return cells + cell * cellBytes;
+    }
+    void cellDel(void * storage) noexcept {
+        auto const offset = static_cast<std::uint64_t>(static_cast<std::byte *>(storage) - cells);
+        auto const cell = static_cast<std::uint32_t>(offset * reciprocal >> 32);
+        std::uint32_t const word = cell / kCellsPerWord;
+        assert((freeCells[word] >> cell % kCellsPerWord & 1) == 0 && "given back twice");
+        freeCells[word] |= std::uint64_t{1} << cell % kCellsPerWord;
+        if (word < firstWord) firstWord = word;
+        --cellsInUse;
+    }
+};
+
+struct Chunk {
+    ListLink<Chunk> link;  // In the list of those with a free slab.
+    Chunk * nextOfAll;
+    std::uint32_t freeSlabs;
+    std::array<Slab, kSlabsPerChunk> slabs;
+
+    static Chunk & of(void * cell) noexcept {
+        return *reinterpret_cast<Chunk *>(reinterpret_cast<std::uintptr_t>(cell) & ~(kChunkBytes - 1));
+    }
+    Slab & slabOf(void * cell) noexcept {
+        return slabs[(reinterpret_cast<std::uintptr_t>(cell) & (kChunkBytes - 1)) / kSlabBytes - 1];
+    }
+    // REQUIRES: one is free.
+    Slab & slabNew(std::size_t cellBytes) noexcept {
+        auto const number = static_cast<unsigned>(std::countr_zero(freeSlabs));
+        freeSlabs &= freeSlabs - 1;
+        // The first slab's place is that of this header.
+        auto * const where = reinterpret_cast<std::byte *>(this) + (number + 1) * kSlabBytes;
+        std::size_t const bytes = kSlabBytes - (number + 1 == kSlabsPerChunk ? kChunkMargin : 0);
+        slabs[number].init(where, bytes, cellBytes);
+        return slabs[number];
+    }
+    void slabDel(Slab const & slab) noexcept { freeSlabs |= std::uint32_t{1} << (&slab - slabs.data()); }
+    bool isEmpty() const noexcept { return freeSlabs == kAllSlabs; }
+};
+static_assert(sizeof(Chunk) <= kSlabBytes);
+
+class Pool {
+public:
+    void * cellNew(std::size_t cellBytes) {
+        List<Slab> & slabs = slabs_[cellBytes / kGranule];
+        Slab * slab = slabs.first();
+        if (!slab) [[unlikely]] {
+            slab = &slabNew(cellBytes);
+            slabs.pushFront(*slab);
+        }
+        void * const cell = slab->cellNew();
+        if (slab->isFull()) [[unlikely]]
+            slabs.remove(*slab);
+        return cell;
+    }
+    void cellDel(void * cell, std::size_t cellBytes) noexcept {
+        List<Slab> & slabs = slabs_[cellBytes / kGranule];
+        Slab & slab = Chunk::of(cell).slabOf(cell);
+        assert(slab.cellBytes == cellBytes);
+        // Of the slabs without a cell in use the first one stays, so that one cell that comes and goes costs
+        // no slab.
+        if (slab.isFull()) [[unlikely]] {
+            if (Slab * const first = slabs.first(); first && first->cellsInUse == 0) slabDel(slabs, *first);
+            slabs.pushFront(slab);
+        }
+        slab.cellDel(cell);
+        if (slab.cellsInUse == 0 && slabs.first() != &slab) [[unlikely]]
+            slabDel(slabs, slab);
+    }
+    // Without a cell in use nothing is held.
+    void release() noexcept {
+        for (List<Slab> & slabs : slabs_) {
+            Slab * const slab = slabs.first();
+            if (slab && slab->cellsInUse == 0) slabDel(slabs, *slab);
+        }
+        if (spare_) chunkDel(*std::exchange(spare_, nullptr));
+    }
+    bool holds(void * cell) const noexcept {
+        Chunk const * chunk = all_;
+        while (chunk && chunk != &Chunk::of(cell)) chunk = chunk->nextOfAll;
+        return chunk;
+    }
+    SlabPool::Usage usage() const noexcept {
+        constexpr std::size_t kOfTheHeader = sizeof(Chunk) / kSlabsPerChunk;
+        return {chunksHeld_ * kChunkBytes, slabsInUse_ * (kSlabBytes + kOfTheHeader)};
+    }
+
+private:
+    Slab & slabNew(std::size_t cellBytes) {
+        Chunk * chunk = chunks_.first();
+        if (!chunk) {
+            chunk = spare_ ? std::exchange(spare_, nullptr) : &chunkNew();
+            chunks_.pushFront(*chunk);
+        }
+        Slab & slab = chunk->slabNew(cellBytes);
+        if (chunk->freeSlabs == 0) chunks_.remove(*chunk);
+        ++slabsInUse_;
+        return slab;
+    }
+    void slabDel(List<Slab> & slabs, Slab & slab) noexcept {
+        slabs.remove(slab);
+        Chunk & chunk = Chunk::of(&slab);
+        if (chunk.freeSlabs == 0) chunks_.pushFront(chunk);
+        chunk.slabDel(slab);
+        --slabsInUse_;
+        if (!chunk.isEmpty()) return;
+        chunks_.remove(chunk);
+        if (Chunk * const previous = std::exchange(spare_, &chunk)) chunkDel(*previous);
+    }
+    Chunk & chunkNew() {
+        void * storage = nullptr;
+        if (::posix_memalign(&storage, kChunkBytes, kChunkBytes - kChunkMargin) != 0) throw std::bad_alloc();
+#ifdef __linux__
+        // Advice that may go unheard. The first chunk is for small processes, which need not fill a huge
+        // page.
+        if (chunksHeld_ != 0) ::madvise(storage, kChunkBytes, MADV_HUGEPAGE);
+#endif
+        ++chunksHeld_;
+        auto * const chunk = static_cast<Chunk *>(storage);
+        chunk->nextOfAll = std::exchange(all_, chunk);
+        chunk->freeSlabs = kAllSlabs;  // All else is written when a slab is taken into use.
+        return *chunk;
+    }
+    void chunkDel(Chunk & chunk) noexcept {
+        Chunk ** link = &all_;
+        while (*link != &chunk) link = &(*link)->nextOfAll;
+        *link = chunk.nextOfAll;
+        --chunksHeld_;
+        std::free(&chunk);
+    }
+
+    std::array<List<Slab>, SlabPool::kLargestCell / kGranule + 1> slabs_{};
+    List<Chunk> chunks_;
+    Chunk * all_ = nullptr;
+    Chunk * spare_ = nullptr;  // One without slabs in use.
+    std::size_t chunksHeld_ = 0;
+    std::size_t slabsInUse_ = 0;
+};
+
+// Never destroyed: objects with static lifetime may die after everything here.
+constinit Pool pool;
+constinit std::mutex poolMutex;
+
+class Guard {
+public:
+    Guard() {
+        if (locked_) [[unlikely]]
+            poolMutex.lock();
+    }
+    ~Guard() {
+        if (locked_) [[unlikely]]
+            poolMutex.unlock();
+    }
+    Guard(Guard const &) = delete;
+    Guard & operator=(Guard const &) = delete;
+
+private:
+    bool const locked_ = VFPtrInterface::threadSafePointers_;
+};
+
+}  // namespace
+
+struct ReleaseAtUnload {
+    ~ReleaseAtUnload() {
+        SlabPool::lastCellsDel();
+        pool.release();
+    }
+};
+
+namespace {
+
+ReleaseAtUnload const releaseAtUnload;
+constinit bool pooled = true;
+
+// Without the pool there may still be cells of its own in use.
+bool isOfPool(void * cell) noexcept { return pooled || pool.holds(cell); }
+
+}  // namespace
+
+constinit void * SlabPool::last_[kIndices] = {};
+
+void * SlabPool::anyCell(std::size_t size) {
+    if (!kPooled || size > kLargestCell || !pooled) return ::operator new(size);
+    Guard const guard;
+    return pool.cellNew(index(size) * kAlignment);
+}
+
+void SlabPool::cellDel(void * cell, std::size_t size) noexcept {
+    if (!kPooled || size > kLargestCell || !isOfPool(cell)) {
+        ::operator delete(cell);
+        return;
+    }
+    Guard const guard;
+    if (!last_[index(size)] && pooled && !VFPtrInterface::threadSafePointers_) {
+        last_[index(size)] = cell;
+    } else {
+        pool.cellDel(cell, index(size) * kAlignment);
+    }
+}
+
+void SlabPool::lastCellsDel() noexcept {
+    for (std::size_t index = 0; index < kIndices; ++index) {
+        if (void * const cell = std::exchange(last_[index], nullptr)) pool.cellDel(cell, index * kAlignment);
+    }
+}
+
+void SlabPool::pooledIs(bool on) noexcept {
+    pooled = on;
+    if (!on) lastCellsDel();
+}
+
+SlabPool::Usage SlabPool::usage() noexcept {
+    Guard const guard;
+    return pool.usage();
+}
+
+}  // namespace Vel

@@ -1,0 +1,84 @@
+// The storage of framework objects and strings: cells of equal size, side by side in slabs.
+//
+// What is made together lies together, without a word of administration between, and a cell that comes free
+// is used again before one at a higher place: a model that changes for years stays as dense as on its first
+// day.
+//
+// A chunk of 2 MiB holds 31 slabs of 64 KiB, each with cells of one size; what is known of the slabs stands
+// at the front of the chunk, so that a free cell is found without touching any slab. Chunks after the first
+// ask for a huge page. A slab without cells in use goes back to its chunk, a chunk without slabs in use to
+// the system.
+//
+// Threads
+//     In thread-safe pointer mode (PtrInterface.h) a lock guards every call. In the plain mode the framework
+//     belongs to one thread, and so does the pool.
+//
+// Larger pieces come from the system, one by one; so do all in a build with a sanitizer, and without the pool
+// (`pooledIs`).
+#pragma once
+
+#include <cstddef>
+#include <utility>
+
+#include "platform/Vel/Export.h"
+#include "platform/Vel/PtrInterface.h"
+
+namespace Vel {
+
+class VEL_EXPORT SlabPool {
+public:
+    static constexpr std::size_t kLargestCell = 512;
+
+    // Cells are aligned for pointers and whatever needs no more.
+    static constexpr std::size_t kAlignment = alignof(void *);
+
+    // Storage for `size` bytes. Throws std::bad_alloc.
+    static void * cell(std::size_t size) {
+        if (kPooled && size <= kLargestCell && !VFPtrInterface::threadSafePointers_) [[likely]] {
+            if (void * const cell = std::exchange(last_[index(size)], nullptr)) return cell;
+        }
+        return anyCell(size);
+    }
+    // Gives back what `cell(size)` returned.
+    static void cellDel(void * cell, std::size_t size) noexcept;
+
+    // Whether pieces come from the pool from now on, which they do at first. Without it every piece comes
+    // from the system, as a memory checker wants it. Cells that are in use stay where they are.
+    static void pooledIs(bool pooled) noexcept;
+
+    // Bytes. What is held but not in slabs has not been touched, or waits to be used again.
+    struct Usage {
+        std::size_t held;  // Of the system's memory.
+        std::size_t
+            inSlabs;  // In slabs with cells in use, with their share of what the chunks need themselves.
+    };
+    static Usage usage() noexcept;
+
+    // Whether this build has a pool.
+#if defined(__has_feature)
+    static constexpr bool kPooled = !__has_feature(address_sanitizer) && !__has_feature(thread_sanitizer) &&
+                                    !__has_feature(memory_sanitizer);
+#elif defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    static constexpr bool kPooled = false;
+#else
+    static constexpr bool kPooled = true;
+#endif
+    static constexpr std::size_t kSmallestCell = 24;
+
+private:
+    friend struct ReleaseAtUnload;
+    static constexpr std::size_t kIndices = kLargestCell / kAlignment + 1;
+
+    // Of a size's cells: how many words one has.
+    static constexpr std::size_t index(std::size_t size) noexcept {
+        return size <= kSmallestCell ? kSmallestCell / kAlignment : (size + kAlignment - 1) / kAlignment;
+    }
+    static void * anyCell(std::size_t size);
+    static void lastCellsDel() noexcept;
+
+    // For each size the cell that came free last, out of its slab: what comes and goes with each lookup costs
+    // next to nothing.
+    static void * last_[kIndices];
+};
+
+}  // namespace Vel
