@@ -177,6 +177,7 @@ void V2Sm::populateV3() {
     // The statuses are read afresh for each step: a follower of the output may have unbound one meanwhile.
     if (auto const input = v2()) {
         if (auto const output = v3()) {
+            output->roomIs(input->host().size(), input->edge().size());
             for (auto const & host : input->host()) populateHost(*host, *output);
         }
     }
@@ -194,6 +195,7 @@ void V2Sm::populateV3() {
 // not reached yet resolves to null.
 void V2Sm::populateHost(NetworkTopology::HostV2 const & hostV2, NetworkTopologyV3::Status & v3) {
     auto const hostV3 = v3.hostIs(hostV2.name());
+    hostV3->roomIs(hostV2.port().size(), hostV2.portGroup().size(), hostV2.mlag().size());
     for (auto const & port : hostV2.port()) hostV3->portIs(port->name());
     for (auto const & group : hostV2.portGroup()) hostV3->portGroupIs(group->name());
     for (auto const & mlag : hostV2.mlag()) hostV3->mlagIs(mlag->name(), mlag->secondaryName());
@@ -242,15 +244,16 @@ void V2Sm::populateEdge(NetworkTopology::DirectedEdgeV2 const & edgeV2, NetworkT
 NetworkTopologyV3::Host::Ptr V2Sm::toHostV3(Vel::Ptr<NetworkTopology::HostV2 const> const & hostV2) {
     traced("NetworkTopologyV3::Host::Ptr NetworkTopologyAggregator::V2Sm::toHostV3(const PtrConst&)",
            "toHostV3");
-    if (!hostV2) return nullptr;
-    auto const status = v3();
-    return status ? status->host(hostV2->name()) : nullptr;
+    return hostV3Of(hostV2.get());
 }
 
-NetworkTopologyV3::Host::Ptr V2Sm::hostV3Of(NetworkTopology::PortBaseV2 const & member) const {
-    NetworkTopology::HostV2 const * const hostV2 = member.host();
-    auto const status = v3();
+inline NetworkTopologyV3::Host::Ptr V2Sm::hostV3Of(NetworkTopology::HostV2 const * hostV2) const {
+    NetworkTopologyV3::Status * const status = output();
     return hostV2 && status ? status->host(hostV2->name()) : nullptr;
+}
+
+inline NetworkTopologyV3::Host::Ptr V2Sm::hostV3Of(NetworkTopology::PortBaseV2 const & member) const {
+    return hostV3Of(member.host());
 }
 
 NetworkTopologyV3::PortBase::Ptr
@@ -258,9 +261,10 @@ V2Sm::toPortBaseV3(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portV2) {
     traced("NetworkTopologyV3::PortBase::Ptr NetworkTopologyAggregator::V2Sm::toPortBaseV3(const PtrConst&)",
            "toPortBaseV3");
     if (!portV2) return nullptr;
-    auto const hostV3 = hostV3Of(*portV2);
+    NetworkTopology::HostV2 const * const hostV2 = portV2->host();
+    auto const hostV3 = hostV3Of(hostV2);
     if (!hostV3) return nullptr;
-    return portBaseFinderFactory(portV2->host(), hostV3)->find(portV2);
+    return portBaseFinderFactory(hostV2, hostV3)->find(portV2);
 }
 
 NetworkTopologyV3::Port * V2Sm::toPortV3(Vel::Ptr<NetworkTopology::PortV2 const> const & portV2) {

@@ -150,8 +150,11 @@ private:
     V2Sm(Vel::Name name, Vel::Ptr<NetworkTopology::StatusV2 const> const & v2,
          Vel::Ptr<NetworkTopologyV3::Status> const & v3);
 
+    // The bound output, without a reference of its own: for as long as nothing is written. Null when unbound.
+    NetworkTopologyV3::Status * output() const noexcept;
     // The version-3 host of the host that holds `member`; null when either is missing.
     NetworkTopologyV3::Host::Ptr hostV3Of(NetworkTopology::PortBaseV2 const & member) const;
+    NetworkTopologyV3::Host::Ptr hostV3Of(NetworkTopology::HostV2 const * hostV2) const;
     void populateHost(NetworkTopology::HostV2 const & hostV2, NetworkTopologyV3::Status & v3);
     void populateEdge(NetworkTopology::DirectedEdgeV2 const & edgeV2, NetworkTopologyV3::Status & v3);
     // No reactor calls back into a dying root.

@@ -6,8 +6,8 @@ namespace NetworkTopologyAggregator {
 
 V2Sm::VelEdge::VelEdge(Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const & edge, V2Sm * sm)
     : sm_(sm), key_(edge->fromPort()) {
-    NetworkTopology::DirectedEdgeV2::NotifieeConst::notifierIs(edge);
-    isRegisteredNotifieeIs(true);
+    firstNotifierIs(edge.get());
+    registeredIs(true);
     v3Edge_ = createV3Edge();
 }
 
@@ -53,8 +53,8 @@ void V2Sm::VelEdge::onToPortvelImmediate() {}
 
 void V2Sm::VelEdge::handleToPort(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & toPort) {
     traced("void NetworkTopologyAggregator::V2Sm::VelEdge::handleToPort(const PtrConst&)", "handleToPort");
-    Vel::KeepAlive const keepThis(*this);
     if (!v3Edge_) {
+        Vel::KeepAlive const keepThis(*this);
         v3Edge_ = createV3Edge();
         Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const edge = notifier();
         if (v3Edge_ && edge) {
@@ -63,6 +63,8 @@ void V2Sm::VelEdge::handleToPort(Vel::Ptr<NetworkTopology::PortBaseV2 const> con
                 writeToPort(destination.key());
             }
         }
+        writeToPort(toPort);
+        return;
     }
     writeToPort(toPort);
 }

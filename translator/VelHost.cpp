@@ -8,7 +8,7 @@ namespace NetworkTopologyAggregator {
 
 V2Sm::VelHost::VelHost(Vel::Ptr<NetworkTopology::HostV2 const> const & host, V2Sm * owner)
     : owner_(owner), key_(host->name()) {
-    NetworkTopology::HostV2::NotifieeConst::notifierIs(host);
+    firstNotifierIs(host.get());
     // There is no version-3 host yet, so this writes nothing: a host that the population has not filled gets
     // its attributes from their next notifications. Readers rely on that order.
     copyAttributes();

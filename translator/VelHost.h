@@ -192,8 +192,8 @@ public:
 
 protected:
     Member(Vel::Ptr<Input const> const & input, VelHost * owner) : owner_(owner), key_(input->name()) {
-        Input::NotifieeConst::notifierIs(input);
-        this->isRegisteredNotifieeIs(true);
+        this->firstNotifierIs(input.get());
+        this->registeredIs(true);
     }
 
     // The translator; null once anyone on the way to it has let go.
@@ -201,8 +201,8 @@ protected:
     // The version-3 host of the host reactor's name; null where there is none, or no translator. A host
     // reactor without a host has no name: the version-3 host that happens to be called "" is somebody else's.
     NetworkTopologyV3::Host::Ptr hostV3() const noexcept {
-        auto const status = sm() && owner_->notifier() ? sm()->v3() : nullptr;
-        return status ? status->host(owner_->name()) : nullptr;
+        NetworkTopologyV3::Status * const status = sm() && owner_->notifier() ? sm()->output() : nullptr;
+        return status ? status->host(owner_->notifier()->name()) : nullptr;
     }
     Vel::Ptr<Output> const & output() const noexcept { return output_; }
     void outputIs(Vel::Ptr<Output> const & output) { output_ = output; }

@@ -67,6 +67,10 @@ inline Vel::Ptr<NetworkTopologyV3::Status> V2Sm::v3() const noexcept {
     return velV3_ ? velV3_->notifier() : nullptr;
 }
 
+inline NetworkTopologyV3::Status * V2Sm::output() const noexcept {
+    return velV3_ ? velV3_->notifier() : nullptr;
+}
+
 inline Vel::Ptr<V2Sm::VelV2> V2Sm::velV2() const noexcept { return velV2_; }
 
 inline Vel::Ptr<V2Sm::VelV3> V2Sm::velV3() const noexcept { return velV3_; }

@@ -7,6 +7,8 @@
 // looked up again after it.
 #pragma once
 
+#include <cstdint>
+
 #include "platform/Vel/HashMap.h"
 #include "platform/Vel/Ptr.h"
 
@@ -32,13 +34,16 @@ template <class Reactor, class Key, class Owner, class Input>
 Vel::Ptr<Reactor> newReactor(Vel::HashMap<Reactor, Key, Owner> & registry,
                              Vel::Ptr<Input const> const & input, Owner * owner) {
     Vel::KeepAlive const keepOwner(*owner);
+    std::uint32_t const modifications = registry.modificationCount();
     Vel::Ptr<Reactor> const reactor = new Reactor(input, owner);
     reactor->hasNotificationActiveIs(true);
-    if (Reactor * const present = registry[reactor->collectionKey()]) {
-        // The same object has been mirrored from inside the constructor. One reactor per key: the later one
-        // goes, without taking the version-3 object with it.
-        reactor->ownerIs(nullptr);
-        return present;
+    if (registry.modificationCount() != modifications) [[unlikely]] {
+        if (Reactor * const present = registry[reactor->collectionKey()]) {
+            // The same object has been mirrored from inside the constructor. One reactor per key: the later
+            // one goes, without taking the version-3 object with it.
+            reactor->ownerIs(nullptr);
+            return present;
+        }
     }
     registry.newMember(reactor);
     return reactor;
@@ -93,8 +98,9 @@ void reconcileKey(GoOn const & goOn, Find const & find, Add const & add, Del con
 // change the collections that are being walked. `goOn()` tells before each step whether to go on: the one
 // before may have let go of the reactor on whose behalf this runs.
 template <class InputRange, class Registry, class GoOn, class Add, class IsInInput, class Del>
-void reconcile(InputRange const & input, Registry const & registry, GoOn const & goOn, Add const & add,
+void reconcile(InputRange const & input, Registry & registry, GoOn const & goOn, Add const & add,
                IsInInput const & isInInput, Del const & del) {
+    registry.roomIs(input.size());
     for (auto const & member : input) {
         if (!goOn()) return;
         add(member);
