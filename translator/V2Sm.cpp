@@ -177,7 +177,7 @@ void V2Sm::populateV3() {
     // The statuses are read afresh for each step: a follower of the output may have unbound one meanwhile.
     if (auto const input = v2()) {
         if (auto const output = v3()) {
-            output->roomIs(input->host().size(), input->edge().size());
+            output->reserve(input->host().size(), input->edge().size());
             for (auto const & host : input->host()) populateHost(*host, *output);
         }
     }
@@ -195,7 +195,7 @@ void V2Sm::populateV3() {
 // not reached yet resolves to null.
 void V2Sm::populateHost(NetworkTopology::HostV2 const & hostV2, NetworkTopologyV3::Status & v3) {
     auto const hostV3 = v3.hostIs(hostV2.name());
-    hostV3->roomIs(hostV2.port().size(), hostV2.portGroup().size(), hostV2.mlag().size());
+    hostV3->reserve(hostV2.port().size(), hostV2.portGroup().size(), hostV2.mlag().size());
     for (auto const & port : hostV2.port()) hostV3->portIs(port->name());
     for (auto const & group : hostV2.portGroup()) hostV3->portGroupIs(group->name());
     for (auto const & mlag : hostV2.mlag()) hostV3->mlagIs(mlag->name(), mlag->secondaryName());

@@ -202,7 +202,7 @@ protected:
     // reactor without a host has no name: the version-3 host that happens to be called "" is somebody else's.
     NetworkTopologyV3::Host::Ptr hostV3() const noexcept {
         NetworkTopologyV3::Status * const status = sm() && owner_->notifier() ? sm()->output() : nullptr;
-        return status ? status->host(owner_->notifier()->name()) : nullptr;
+        return status ? status->host(owner_->name()) : nullptr;
     }
     Vel::Ptr<Output> const & output() const noexcept { return output_; }
     void outputIs(Vel::Ptr<Output> const & output) { output_ = output; }

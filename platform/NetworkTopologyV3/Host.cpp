@@ -52,10 +52,10 @@ void Host::mlagPeerLinkIs(Vel::Ptr<PortBase const> const & mlagPeerLink) {
     if (Vel::replaced(mlagPeerLink_, mlagPeerLink)) notify([](NotifieeConst & r) { r.onMlagPeerLink(); });
 }
 
-void Host::roomIs(unsigned ports, unsigned portGroups, unsigned mlags) noexcept {
-    port_.roomIs(ports);
-    portGroup_.roomIs(portGroups);
-    mlag_.roomIs(mlags);
+void Host::reserve(unsigned ports, unsigned portGroups, unsigned mlags) noexcept {
+    port_.reserve(ports);
+    portGroup_.reserve(portGroups);
+    mlag_.reserve(mlags);
 }
 
 Vel::Ptr<Port> Host::portIs(Vel::Name name) {

@@ -67,7 +67,7 @@ public:
     Vel::Ptr<Port> portIs(Vel::Name name);
     // Before many members are added: room for so many of each kind. A hint, which changes
     // nothing that can be seen.
-    void roomIs(unsigned ports, unsigned portGroups, unsigned mlags) noexcept;
+    void reserve(unsigned ports, unsigned portGroups, unsigned mlags) noexcept;
     Vel::Ptr<Port> portDel(Vel::Name name);
     void portDelAll();
 

@@ -25,9 +25,9 @@ void Status::notify(Callbacks const &... callbacks) const {
     notifiees().notify<NotifieeConst>(*this, callbacks...);
 }
 
-void Status::roomIs(unsigned hosts, unsigned edges) noexcept {
-    host_.roomIs(hosts);
-    edge_.roomIs(edges);
+void Status::reserve(unsigned hosts, unsigned edges) noexcept {
+    host_.reserve(hosts);
+    edge_.reserve(edges);
 }
 
 Vel::Ptr<Host> Status::hostIs(Vel::Name name) {

@@ -58,7 +58,7 @@ public:
     Vel::Ptr<Host const> host(Vel::Name const & name) const noexcept { return host_[name]; }
     Vel::Ptr<Host> hostIs(Vel::Name name);
     // Before many are added: room for so many. A hint, which changes nothing that can be seen.
-    void roomIs(unsigned hosts, unsigned edges) noexcept;
+    void reserve(unsigned hosts, unsigned edges) noexcept;
     Vel::Ptr<Host> hostDel(Vel::Name name);
     void hostDelAll();
 

@@ -45,7 +45,7 @@ void HashMapGeneric::emptyAllBuckets() noexcept {
     bucketBits_ = 0;
 }
 
-void HashMapGeneric::roomIs(std::uint32_t members) noexcept {
+void HashMapGeneric::reserve(std::uint32_t members) noexcept {
     auto const bits = static_cast<unsigned>(std::bit_width(members ? members - 1 : 0u));
     if (bits > bucketBits_) bucketBitsIs(bits);
 }

@@ -63,7 +63,7 @@ public:
 
     std::uint32_t size() const noexcept { return size_; }
     // Makes room for that many members at once; a hint.
-    void roomIs(std::uint32_t members) noexcept;
+    void reserve(std::uint32_t members) noexcept;
     std::uint32_t modificationCount() const noexcept { return modificationCount_; }
     unsigned bucketBits() const noexcept { return bucketBits_; }
     static constexpr std::uint32_t bucketOf(std::uint32_t hash, unsigned bucketBits) noexcept {

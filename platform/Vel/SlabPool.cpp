@@ -11,10 +11,6 @@
 #include <new>
 #include <utility>
 
-#ifdef __linux__
-#include <sys/mman.h>
-#endif
-
 #include "platform/Vel/PtrInterface.h"
 
 namespace Vel {
@@ -109,12 +105,13 @@ struct Chunk {
     std::uint32_t freeSlabs;
     std::array<Slab, kSlabsPerChunk> slabs;
 
+    static std::size_t offset(void * cell) noexcept {
+        return reinterpret_cast<std::uintptr_t>(cell) & (kChunkBytes - 1);
+    }
     static Chunk & of(void * cell) noexcept {
-        return *reinterpret_cast<Chunk *>(reinterpret_cast<std::uintptr_t>(cell) & ~(kChunkBytes - 1));
+        return *reinterpret_cast<Chunk *>(static_cast<std::byte *>(cell) - offset(cell));
     }
-    Slab & slabOf(void * cell) noexcept {
-        return slabs[(reinterpret_cast<std::uintptr_t>(cell) & (kChunkBytes - 1)) / kSlabBytes - 1];
-    }
+    Slab & slabOf(void * cell) noexcept { return slabs[offset(cell) / kSlabBytes - 1]; }
     // REQUIRES: one is free.
     Slab & slabNew(std::size_t cellBytes) noexcept {
         auto const number = static_cast<unsigned>(std::countr_zero(freeSlabs));
@@ -167,6 +164,8 @@ public:
         if (spare_) chunkDel(*std::exchange(spare_, nullptr));
     }
     bool holds(void * cell) const noexcept {
+        // What stands in the margin is somebody else's.
+        if (Chunk::offset(cell) >= kChunkBytes - kChunkMargin) return false;
         Chunk const * chunk = all_;
         while (chunk && chunk != &Chunk::of(cell)) chunk = chunk->nextOfAll;
         return chunk;
@@ -199,13 +198,8 @@ private:
         if (Chunk * const previous = std::exchange(spare_, &chunk)) chunkDel(*previous);
     }
     Chunk & chunkNew() {
-        void * storage = nullptr;
-        if (::posix_memalign(&storage, kChunkBytes, kChunkBytes - kChunkMargin) != 0) throw std::bad_alloc();
-#ifdef __linux__
-        // Advice that may go unheard. The first chunk is for small processes, which need not fill a huge
-        // page.
-        if (chunksHeld_ != 0) ::madvise(storage, kChunkBytes, MADV_HUGEPAGE);
-#endif
+        void * const storage = std::aligned_alloc(kChunkBytes, kChunkBytes - kChunkMargin);
+        if (!storage) throw std::bad_alloc();
         ++chunksHeld_;
         auto * const chunk = static_cast<Chunk *>(storage);
         chunk->nextOfAll = std::exchange(all_, chunk);

@@ -5,9 +5,8 @@
 // day.
 //
 // A chunk of 2 MiB holds 31 slabs of 64 KiB, each with cells of one size; what is known of the slabs stands
-// at the front of the chunk, so that a free cell is found without touching any slab. Chunks after the first
-// ask for a huge page. A slab without cells in use goes back to its chunk, a chunk without slabs in use to
-// the system.
+// at the front of the chunk, so that a free cell is found without touching any slab. A slab without cells in
+// use goes back to its chunk, a chunk without slabs in use to the system.
 //
 // Threads
 //     In thread-safe pointer mode (PtrInterface.h) a lock guards every call. In the plain mode the framework

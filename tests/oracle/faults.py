@@ -180,8 +180,8 @@ FAULTS = [
     Fault(
         "nameless-host",
         "translator/VelHost.h",
-        "auto const status = sm() && owner_->notifier() ? sm()->v3() : nullptr;",
-        "auto const status = sm() ? sm()->v3() : nullptr;",
+        "status = sm() && owner_->notifier() ? sm()->output() : nullptr;",
+        "status = sm() ? sm()->output() : nullptr;",
         "the members of a host reactor without a host write to the version-3 host with the empty name",
     ),
     Fault(

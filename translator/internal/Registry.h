@@ -100,7 +100,7 @@ void reconcileKey(GoOn const & goOn, Find const & find, Add const & add, Del con
 template <class InputRange, class Registry, class GoOn, class Add, class IsInInput, class Del>
 void reconcile(InputRange const & input, Registry & registry, GoOn const & goOn, Add const & add,
                IsInInput const & isInInput, Del const & del) {
-    registry.roomIs(input.size());
+    registry.reserve(input.size());
     for (auto const & member : input) {
         if (!goOn()) return;
         add(member);
