@@ -54,22 +54,7 @@ public:
     // Calls `callback(reactor)` on every reactor that is to get the change; `Reactor` is the reactor class
     // that every member of the list has.
     template <class Reactor, class Callback>
-    void notify(PtrInterface const & notifier, Callback const & callback) const {
-        if (empty()) return;
-        if (PtrInterface::NotifieeConst * const only = onlyOne()) [[likely]] {
-            // Nothing that it may do to the list matters to this delivery, which ends with it.
-            KeepAlive const keepNotifier(notifier);
-            KeepAlive const keepReactor(*only);
-            try {
-                callback(static_cast<Reactor &>(*only));
-            } catch (...) {
-                failedAlone(*only);
-                throw;
-            }
-            return;
-        }
-        deliver(notifier, &call<Reactor, Callback>, &callback, nullptr, nullptr);
-    }
+    void notify(PtrInterface const & notifier, Callback const & callback) const;
     // Calls `first(reactor)` and then `second(reactor)`, reactor by reactor; the second one also when the
     // first one threw, but not when the first one made the reactor leave.
     template <class Reactor, class First, class Second>
@@ -154,6 +139,24 @@ private:
 
 inline PtrInterface::NotifieeConst * NotifieeList::onlyOne() const noexcept {
     return first_->next_ == first_ && first_->takesCallbacks() && first_->isCounted() ? first_ : nullptr;
+}
+
+template <class Reactor, class Callback>
+void NotifieeList::notify(PtrInterface const & notifier, Callback const & callback) const {
+    if (empty()) return;
+    if (PtrInterface::NotifieeConst * const only = onlyOne()) [[likely]] {
+        // Nothing that it may do to the list matters to this delivery, which ends with it.
+        KeepAlive const keepNotifier(notifier);
+        KeepAlive const keepReactor(*only);
+        try {
+            callback(static_cast<Reactor &>(*only));
+        } catch (...) {
+            failedAlone(*only);
+            throw;
+        }
+        return;
+    }
+    deliver(notifier, &call<Reactor, Callback>, &callback, nullptr, nullptr);
 }
 
 template <class Reactor, class Callback>

@@ -21,11 +21,11 @@ nta_link_floor(${target} translator)
 # short enough to be run again.
 if(NTA_SANITIZE)
     foreach(part RANGE 3)
-        math(EXPR seed "1 + 500 * ${part}")
+        math(EXPR seed "1 + 5000 * ${part}")
         add_test(NAME oracle.tapes.${part} COMMAND ${target} --gtest_brief=1 --gtest_filter=Tapes.*)
         set_tests_properties(oracle.tapes.${part} PROPERTIES
             COST 1000
-            ENVIRONMENT "TAPES=500;TAPE_SEED=${seed};ASAN_OPTIONS=malloc_context_size=1")
+            ENVIRONMENT "TAPES=5000;TAPE_SEED=${seed};ASAN_OPTIONS=malloc_context_size=1")
     endforeach()
 endif()
 
