@@ -17,7 +17,8 @@ std::string textOf(TextLike const & text) {
 
 // The host and the port, without its kind: in the fabric only ports have edges.
 std::string textOf(PortKey const & key) {
-    std::string_view const member = key.member().view();
+    Vel::String const whole = key.member();
+    std::string_view const member = whole.view();
     return textOf(key.host()) + std::string(member.substr(member.find('/')));
 }
 

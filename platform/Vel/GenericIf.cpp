@@ -221,7 +221,8 @@ void checkArgumentCount(std::string_view where, std::span<VelArg const> table,
 void attributeOp(void * object, bool isConst, AttributeOp const & op, void * arguments, void * result,
                  bool * done) {
     bool const offered = isConst ? op.attr->offersOnConst(op.operation) : op.attr->offers(op.operation);
-    if (!offered || !op.attr->function()) throwOpNotSupportedException(op);
+    // Walks have entry points of their own.
+    if (!offered || !op.attr->function() || op.operation == kIterate) throwOpNotSupportedException(op);
     *static_cast<GenericIf *>(result) =
         op.attr->function()(*static_cast<PtrInterface *>(object), op,
                             *static_cast<std::span<GenericIf const> const *>(arguments));

@@ -306,6 +306,7 @@ private:
                            std::span<GenericIf const> given) -> GenericIf {
                 C & self = static_cast<C &>(object);
                 if (op.operation == kRead) {
+                    GenericIfImpl::checkArgumentCount(*op.attr, given, 0);
                     return GenericIf::wrap(std::invoke(Get, static_cast<C const &>(self)));
                 }
                 if constexpr (!std::is_null_pointer_v<decltype(Set)>) {

@@ -154,12 +154,15 @@ TEST(AttributeOpEntryPoint, RaisesNotSupportedItselfAndIsNotDone) {
             std::span<GenericIf const> args;
             GenericIf result;
             bool done = false;
-            GenericIf::AttributeOp const op{Vel::kSet, &attr};
-            EXPECT_THROW(
-                object.type()->record().genericIfAttributeOp(counted.get(), false, op, &args, &result, &done),
-                Vel::OpNotSupportedException)
-                << attr.name();
-            EXPECT_FALSE(done);
+            // Walks have entry points of their own, so that this one refuses them, too.
+            for (auto const operation : {Vel::kSet, Vel::kIterate}) {
+                GenericIf::AttributeOp const op{operation, &attr};
+                EXPECT_THROW(object.type()->record().genericIfAttributeOp(counted.get(), false, op, &args,
+                                                                          &result, &done),
+                             Vel::OpNotSupportedException)
+                    << attr.name();
+                EXPECT_FALSE(done);
+            }
         }
     }
 }
