@@ -117,13 +117,24 @@ std::strong_ordering operator<=>(PortKey const & a, PortKey const & b) noexcept 
     if (!a.data_ || !b.data_) return a.data_ ? std::strong_ordering::greater : std::strong_ordering::less;
     if (auto const order = a.data_->host <=> b.data_->host; order != 0) return order;
     if (a.data_->kind == b.data_->kind) return a.data_->name <=> b.data_->name;
-    // The members differ before their names begin, if both have a kind: a slash comes before every letter.
-    auto const isNone = [](PortKey const & key) { return key.data_->kind == PortKey::Kind::none; };
-    auto const beginning = [&](PortKey const & key) {
-        return isNone(key) ? key.data_->name.view() : PortKey::textOf(key.data_->kind);
-    };
-    if (!isNone(a) && !isNone(b)) return beginning(a) <=> beginning(b);
-    return a.member() <=> b.member();
+    // Members of two kinds differ before their names begin: a slash comes before every letter.
+    if (a.data_->kind != PortKey::Kind::none && b.data_->kind != PortKey::Kind::none) {
+        return PortKey::textOf(a.data_->kind) <=> PortKey::textOf(b.data_->kind);
+    }
+    bool const isAPlain = a.data_->kind == PortKey::Kind::none;
+    PortKey::Data const & plain = isAPlain ? *a.data_ : *b.data_;
+    PortKey::Data const & other = isAPlain ? *b.data_ : *a.data_;
+    // A text without a kind against one in three pieces, of which none is put together.
+    std::string_view text = plain.name.view();
+    auto const order = [&] {
+        for (std::string_view const piece :
+             {PortKey::textOf(other.kind), std::string_view("/"), other.name.view()}) {
+            if (auto const found = text.substr(0, piece.size()) <=> piece; found != 0) return found;
+            text.remove_prefix(piece.size());
+        }
+        return text <=> std::string_view();
+    }();
+    return isAPlain ? order : 0 <=> order;
 }
 
 std::string PortKey::jsonPointer() const {

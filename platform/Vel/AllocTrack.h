@@ -75,6 +75,7 @@ template <class T>
 class VEL_EXPORT AllocTracked {
 public:
     static void * operator new(std::size_t size) {
+        static_assert(alignof(T) <= SlabPool::kAlignment, "cells are aligned for pointers");
         AllocTrackTypeInfo::trackAllocation(&velAllocTrackTypeInfo_, typeid(T), static_cast<unsigned>(size));
         try {
             return SlabPool::cell(size);

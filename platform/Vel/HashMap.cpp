@@ -47,7 +47,7 @@ void HashMapGeneric::emptyAllBuckets() noexcept {
 
 void HashMapGeneric::reserve(std::uint32_t members) noexcept {
     auto const bits = static_cast<unsigned>(std::bit_width(members ? members - 1 : 0u));
-    if (bits > bucketBits_) bucketBitsIs(bits);
+    if (bits > bucketBits_) bucketBitsIs(std::max<unsigned>(bits, initialBucketBits_));
 }
 
 // More buckets than there are now. Without the memory for them everything stays as it is.

@@ -247,6 +247,7 @@ private:
 
 struct ReleaseAtUnload {
     ~ReleaseAtUnload() {
+        Guard const guard;
         SlabPool::lastCellsDel();
         pool.release();
     }
@@ -256,9 +257,10 @@ namespace {
 
 ReleaseAtUnload const releaseAtUnload;
 constinit bool pooled = true;
+constinit bool everWithout = false;
 
-// Without the pool there may still be cells of its own in use.
-bool isOfPool(void * cell) noexcept { return pooled || pool.holds(cell); }
+// Once the pool has been done without, cells of both kinds may be in use.
+bool isOfPool(void * cell) noexcept { return !everWithout || pool.holds(cell); }
 
 }  // namespace
 
@@ -271,11 +273,15 @@ void * SlabPool::anyCell(std::size_t size) {
 }
 
 void SlabPool::cellDel(void * cell, std::size_t size) noexcept {
-    if (!kPooled || size > kLargestCell || !isOfPool(cell)) {
+    if (!kPooled || size > kLargestCell) {
         ::operator delete(cell);
         return;
     }
     Guard const guard;
+    if (!isOfPool(cell)) {
+        ::operator delete(cell);
+        return;
+    }
     if (!last_[index(size)] && pooled && !VFPtrInterface::threadSafePointers_) {
         last_[index(size)] = cell;
     } else {
@@ -290,8 +296,11 @@ void SlabPool::lastCellsDel() noexcept {
 }
 
 void SlabPool::pooledIs(bool on) noexcept {
+    Guard const guard;
     pooled = on;
-    if (!on) lastCellsDel();
+    if (on) return;
+    everWithout = true;
+    lastCellsDel();
 }
 
 SlabPool::Usage SlabPool::usage() noexcept {
