@@ -95,8 +95,4 @@ void PtrInterface::referenceDelAtomic() const noexcept {
 
 void * PtrInterface::velMemAlloc(unsigned int size) { return SlabPool::cell(size); }
 
-void PtrInterface::velMemFree(void * storage, unsigned int size) noexcept {
-    SlabPool::cellDel(storage, size);
-}
-
 }  // namespace Vel

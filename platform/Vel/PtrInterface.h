@@ -88,10 +88,8 @@ public:
     // this thread have ended. REQUIRES: the count is zero.
     void handleZeroRef() const noexcept;
 
-    // The storage of framework objects. Throws std::bad_alloc.
+    // The storage of framework objects, which `SlabPool::cellDel` takes back. Throws std::bad_alloc.
     static void * velMemAlloc(unsigned int size);
-    // Gives back what `velMemAlloc(size)` returned.
-    static void velMemFree(void * storage, unsigned int size) noexcept;
 
 protected:
     PtrInterface() noexcept = default;

@@ -28,7 +28,7 @@ constexpr std::uint32_t kAllSlabs = (std::uint32_t{1} << kSlabsPerChunk) - 1;
 constexpr unsigned kCellsPerWord = 64;
 constexpr std::size_t kWords = kSlabBytes / SlabPool::kSmallestCell / kCellsPerWord + 1;
 
-// The slab is in one list at a time: of those of its size that have a free cell, or in none.
+// An item is in one list at a time, or in none.
 template <class T>
 struct ListLink {
     T * previous = nullptr;
