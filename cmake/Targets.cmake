@@ -2,7 +2,8 @@
 #
 # Declares the library network-topology-NAME from every source below the folders, with every header below
 # them public under its path from the repository root, and says how it is installed. Headers in a folder named
-# `internal` are for the library's own sources and are not installed.
+# `internal` are for the library's own sources and are not installed. With NTA_ARCHIVES a shared library comes with an
+# archive of the same objects, the target network-topology-NAME-archive.
 function(nta_library name)
     set(sources "")
     set(headers "")
@@ -41,7 +42,51 @@ function(nta_library name)
         EXPORT NetworkTopologyAggregatorTargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT libraries NAMELINK_COMPONENT development
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
-        FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/network-topology COMPONENT development)
+        FILE_SET HEADERS DESTINATION ${NTA_HEADERS_DESTINATION} COMPONENT development)
+    if(BUILD_SHARED_LIBS AND NTA_ARCHIVES)
+        add_library(${target}-archive STATIC $<TARGET_OBJECTS:${target}>)
+        set_target_properties(${target}-archive PROPERTIES
+            EXPORT_NAME ${name}
+            OUTPUT_NAME ${target}
+            LINKER_LANGUAGE CXX)
+        target_compile_features(${target}-archive INTERFACE cxx_std_20)
+        target_include_directories(${target}-archive INTERFACE $<INSTALL_INTERFACE:${NTA_HEADERS_DESTINATION}>)
+        install(TARGETS ${target}-archive
+            EXPORT NetworkTopologyAggregatorArchives
+            ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+    endif()
+endfunction()
+
+# nta_link_libraries(NAME OTHER)
+#
+# Says that each kind of network-topology-NAME needs that of network-topology-OTHER.
+function(nta_link_libraries name other)
+    target_link_libraries(network-topology-${name} PUBLIC network-topology-${other})
+    if(TARGET network-topology-${name}-archive)
+        target_link_libraries(network-topology-${name}-archive PUBLIC network-topology-${other}-archive)
+    endif()
+endfunction()
+
+# nta_registers_types(NAME RECORD...)
+#
+# Makes sure that who links network-topology-NAME gets all types that it registers. Whoever goes by the names of types
+# asks a linker for nothing. So a program is told to need the shared library though it names none of its symbols, and
+# to take the records, given as symbols, from the archive; they bring along all that is registered.
+function(nta_registers_types name)
+    list(TRANSFORM ARGN PREPEND -Wl,--undefined= OUTPUT_VARIABLE anchors)
+    set(target network-topology-${name})
+    if(BUILD_SHARED_LIBS)
+        target_link_options(${target} INTERFACE
+            "SHELL:-Wl,--push-state,--no-as-needed \"$<TARGET_FILE:NetworkTopologyAggregator::${name}>\" -Wl,--pop-state")
+    else()
+        target_link_options(${target} INTERFACE ${anchors})
+    endif()
+    if(TARGET ${target}-archive)
+        target_link_options(${target}-archive INTERFACE ${anchors})
+    endif()
+    # For pkg-config, in one word, because such words are sorted. It tells of both kinds.
+    list(JOIN ARGN ",--undefined=" anchors)
+    set(NTA_LINK_${name} "-Wl,--undefined=${anchors},--push-state,--no-as-needed,-l${target},--pop-state" PARENT_SCOPE)
 endfunction()
 
 # nta_link_floor(TARGET FOLDER)

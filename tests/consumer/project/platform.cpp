@@ -1,5 +1,7 @@
 #include "platform/Vel/Ptr.h"
 
+#include "platform/Vel/VelType.h"
+
 #include <cstdio>
 #include <utility>
 
@@ -24,5 +26,9 @@ int main() {
     lamp = nullptr;
     std::printf("platform: %s\n",
                 kept && lit ? "a counted reference keeps its object" : "the object was lost");
-    return kept && lit ? 0 : 1;
+    // Both models are there for who only knows their names.
+    bool const named =
+        Vel::typeNode("NetworkTopology::MlagV2") && Vel::typeNode("NetworkTopologyV3::MlagPort");
+    std::printf("platform: %s\n", named ? "the models' types are registered" : "types are missing");
+    return kept && lit && named ? 0 : 1;
 }
