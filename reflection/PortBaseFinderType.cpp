@@ -37,12 +37,6 @@ constexpr Vel::VelAttr attributes[] = {
     Attrs::function<&PortBaseFinder::find, Vel::Ptr<PortBaseV2 const>>("find", 261, portBaseArg),
 };
 
-Vel::GenericIf fromCtorArgs(std::span<Vel::GenericIf const> args) {
-    return std::apply(portBaseFinderFactory,
-                      Vel::GenericIfImpl::unwrapConstructorArgs<Vel::Ptr<HostV2 const>, Vel::Ptr<Host>>(
-                          PortBaseFinder::_velType, args));
-}
-
 }  // namespace
 
 constinit Vel::VelType const PortBaseFinder::_velType{{
@@ -52,7 +46,8 @@ constinit Vel::VelType const PortBaseFinder::_velType{{
     .ctorArgs = ctorArgs,
     .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
     .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
-    .genericIfFromCtorArgs = fromCtorArgs,
+    .genericIfFromCtorArgs = Vel::GenericIfImpl::fromCtorArgs<PortBaseFinder, &portBaseFinderFactory,
+                                                              Vel::Ptr<HostV2 const>, Vel::Ptr<Host>>,
     .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
 }};
 

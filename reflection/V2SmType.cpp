@@ -49,13 +49,6 @@ constexpr Vel::VelAttr attributes[] = {
     Attrs::function<&V2Sm::populateV3>("populateV3", 143, {}),
 };
 
-Vel::GenericIf fromCtorArgs(std::span<Vel::GenericIf const> args) {
-    return std::apply(
-        v2SmFactory,
-        Vel::GenericIfImpl::unwrapConstructorArgs<Vel::Name, Vel::Ptr<StatusV2 const>, Vel::Ptr<Status>>(
-            V2Sm::_velType, args));
-}
-
 }  // namespace
 
 constinit Vel::VelType const V2Sm::_velType{{
@@ -64,7 +57,8 @@ constinit Vel::VelType const V2Sm::_velType{{
     .ctorArgs = ctorArgs,
     .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
     .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
-    .genericIfFromCtorArgs = fromCtorArgs,
+    .genericIfFromCtorArgs = Vel::GenericIfImpl::fromCtorArgs<V2Sm, &v2SmFactory, Vel::Name,
+                                                              Vel::Ptr<StatusV2 const>, Vel::Ptr<Status>>,
     .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
     .genericIfIterator = Vel::GenericIfImpl::iterator,
     .genericIfIteratorKey = Vel::GenericIfImpl::iteratorKey,

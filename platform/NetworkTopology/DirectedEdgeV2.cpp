@@ -86,11 +86,8 @@ constinit Vel::VelType const DirectedEdgeV2::_velType{{
     .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
     .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
     .genericIfFromCtorArgs =
-        [](std::span<Vel::GenericIf const> args) {
-            return Vel::GenericIf(DirectedEdgeV2::DirectedEdgeV2Is(
-                Vel::GenericIfImpl::unwrapArgument<Vel::Ptr<PortBaseV2 const>>(
-                    DirectedEdgeV2::_velType.name(), fromPortArg, args, 0)));
-        },
+        Vel::GenericIfImpl::fromCtorArgs<DirectedEdgeV2, &DirectedEdgeV2::DirectedEdgeV2Is,
+                                         Vel::Ptr<PortBaseV2 const>>,
     .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
     .genericIfIterator = Vel::GenericIfImpl::iterator,
     .genericIfIteratorKey = Vel::GenericIfImpl::iteratorKey,

@@ -227,11 +227,7 @@ constinit Vel::VelType const HostV2::_velType{{
     .ctorArgs = nameArg,
     .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
     .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
-    .genericIfFromCtorArgs =
-        [](std::span<Vel::GenericIf const> args) {
-            return Vel::GenericIf(HostV2::HostV2Is(
-                Vel::GenericIfImpl::unwrapArgument<Vel::Name>(HostV2::_velType.name(), nameArg, args, 0)));
-        },
+    .genericIfFromCtorArgs = Vel::GenericIfImpl::fromCtorArgs<HostV2, &HostV2::HostV2Is, Vel::Name>,
     .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
     .genericIfIterator = Vel::GenericIfImpl::iterator,
     .genericIfIteratorKey = Vel::GenericIfImpl::iteratorKey,

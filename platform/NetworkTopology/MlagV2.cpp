@@ -61,11 +61,7 @@ constinit Vel::VelType const MlagV2::_velType{{
     .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
     .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
     .genericIfFromCtorArgs =
-        [](std::span<Vel::GenericIf const> args) {
-            return Vel::GenericIf(MlagV2::MlagV2Is(
-                Vel::GenericIfImpl::unwrapArgument<Vel::Name>(MlagV2::_velType.name(), mlagArgs, args, 0),
-                Vel::GenericIfImpl::unwrapArgument<Vel::Name>(MlagV2::_velType.name(), mlagArgs, args, 1)));
-        },
+        Vel::GenericIfImpl::fromCtorArgs<MlagV2, &MlagV2::MlagV2Is, Vel::Name, Vel::Name>,
     .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
 }};
 

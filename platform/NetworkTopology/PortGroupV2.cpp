@@ -90,10 +90,7 @@ constinit Vel::VelType const PortGroupV2::_velType{{
     .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
     .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
     .genericIfFromCtorArgs =
-        [](std::span<Vel::GenericIf const> args) {
-            return Vel::GenericIf(PortGroupV2::PortGroupV2Is(Vel::GenericIfImpl::unwrapArgument<Vel::Name>(
-                PortGroupV2::_velType.name(), nameArg, args, 0)));
-        },
+        Vel::GenericIfImpl::fromCtorArgs<PortGroupV2, &PortGroupV2::PortGroupV2Is, Vel::Name>,
     .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
     .genericIfIterator = Vel::GenericIfImpl::iterator,
     .genericIfIteratorKey = Vel::GenericIfImpl::iteratorKey,

@@ -49,11 +49,7 @@ constinit Vel::VelType const PortV2::_velType{{
     .ctorArgs = nameArg,
     .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
     .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
-    .genericIfFromCtorArgs =
-        [](std::span<Vel::GenericIf const> args) {
-            return Vel::GenericIf(PortV2::PortV2Is(
-                Vel::GenericIfImpl::unwrapArgument<Vel::Name>(PortV2::_velType.name(), nameArg, args, 0)));
-        },
+    .genericIfFromCtorArgs = Vel::GenericIfImpl::fromCtorArgs<PortV2, &PortV2::PortV2Is, Vel::Name>,
     .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
 }};
 

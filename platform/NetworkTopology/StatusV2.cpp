@@ -112,8 +112,7 @@ constinit Vel::VelType const StatusV2::_velType{{
     .attributes = attributes,
     .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
     .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
-    .genericIfFromCtorArgs =
-        [](std::span<Vel::GenericIf const>) { return Vel::GenericIf(StatusV2::StatusV2Is()); },
+    .genericIfFromCtorArgs = Vel::GenericIfImpl::fromCtorArgs<StatusV2, &StatusV2::StatusV2Is>,
     .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
     .genericIfIterator = Vel::GenericIfImpl::iterator,
     .genericIfIteratorKey = Vel::GenericIfImpl::iteratorKey,

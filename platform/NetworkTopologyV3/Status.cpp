@@ -92,8 +92,7 @@ constinit Vel::VelType const Status::_velType{{
     .attributes = attributes,
     .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
     .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
-    .genericIfFromCtorArgs =
-        [](std::span<Vel::GenericIf const>) { return Vel::GenericIf(Status::StatusIs()); },
+    .genericIfFromCtorArgs = Vel::GenericIfImpl::fromCtorArgs<Status, &Status::StatusIs>,
     .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
     .genericIfIterator = Vel::GenericIfImpl::iterator,
     .genericIfIteratorKey = Vel::GenericIfImpl::iteratorKey,

@@ -25,6 +25,12 @@ std::string qualifiedName(VelAttr const & attr) {
     return std::string(attr.owner()->name()) + "::" + std::string(attr.name());
 }
 
+void requireConstructible(VelType const & type) {
+    if (!type.isConstructible()) {
+        throw OpNotSupportedException(std::string(type.name()) + " cannot be constructed by name");
+    }
+}
+
 }  // namespace
 
 bool GenericIf::isConst() const noexcept {
@@ -154,13 +160,7 @@ GenericIf enumeratorFromNumber(VelType const & type, std::uint32_t value) {
 }
 
 GenericIf construct(VelType const & type, std::span<GenericIf const> args) {
-    if (!type.isConstructible()) {
-        throw OpNotSupportedException(std::string(type.name()) + " cannot be constructed by name");
-    }
-    if (args.size() > type.ctorArgs().size()) {
-        GenericIfImpl::checkArgumentCount("the constructor of " + std::string(type.name()), type.ctorArgs(),
-                                          args, type.ctorArgs().size());
-    }
+    requireConstructible(type);
     return type.record().genericIfFromCtorArgs(args);
 }
 
@@ -168,6 +168,7 @@ GenericIf construct(std::string_view typeName,
                     std::initializer_list<std::pair<std::string_view, GenericIf>> args) {
     VelType const * const type = typeNode(typeName);
     if (!type) throw RangeException("unknown type \"" + std::string(typeName) + "\"");
+    requireConstructible(*type);
     std::string const where = "the constructor of " + std::string(typeName);
     std::span<VelArg const> const table = type->ctorArgs();
     std::vector<GenericIf> ordered(table.size());

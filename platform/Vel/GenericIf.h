@@ -277,14 +277,23 @@ T unwrapArgument(std::string_view where, std::span<VelArg const> table, std::spa
     }
 }
 
-// What a constructor of `type` is given, unwrapped in the order of its table.
+// What a constructor of `type` is given, unwrapped in the order of its table. Throws RangeException also for
+// one argument too many.
 template <class... T>
 std::tuple<T...> unwrapConstructorArgs(VelType const & type, std::span<GenericIf const> args) {
     std::string const where = "the constructor of " + std::string(type.name());
+    checkArgumentCount(where, type.ctorArgs(), args, sizeof...(T));
     auto const unwrapped = [&]<std::size_t... I>(std::index_sequence<I...>) {
         return std::tuple<T...>{unwrapArgument<T>(where, type.ctorArgs(), args, I)...};
     };
     return unwrapped(std::index_sequence_for<T...>());
+}
+
+// FromCtorArgs of class `C`, whose arguments unwrap to `Arguments`: wraps what `Create(arguments...)`
+// returns.
+template <class C, auto Create, class... Arguments>
+GenericIf fromCtorArgs(std::span<GenericIf const> args) {
+    return GenericIf(std::apply(Create, unwrapConstructorArgs<Arguments...>(C::_velType, args)));
 }
 
 // The entry points of every type whose attribute records carry their functions.

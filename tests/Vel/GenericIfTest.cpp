@@ -292,12 +292,20 @@ TEST_F(GenericIfTest, IsConstructedByName) {
     EXPECT_EQ(raised([] {
                   Vel::construct("VelTest::Rack", {{"name", 4U}});
               }),
-              "range: argument \"name\" of VelTest::Rack: expected Vel::Name, found unsigned int");
-    EXPECT_EQ(raised([] { Vel::construct("bool", {}); }),
-              "not supported: bool cannot be constructed by name");
+              "range: argument \"name\" " + where + "expected Vel::Name, found unsigned int");
     std::vector<GenericIf> const two{Name("a"), Name("b")};
-    EXPECT_EQ(raised([&] { Vel::construct(Rack::_velType, two); }),
-              "range: the constructor of VelTest::Rack takes 1 argument (name), found 2");
+    auto const entry = Rack::_velType.record().genericIfFromCtorArgs;
+    for (auto const & act : {std::function<void()>([&] { Vel::construct(Rack::_velType, two); }),
+                             std::function<void()>([&] { entry(two); })}) {
+        EXPECT_EQ(raised(act), "range: the constructor of VelTest::Rack takes 1 argument (name), found 2");
+    }
+}
+
+TEST_F(GenericIfTest, IsNotConstructedOfATypeThatIsMadeOtherwise) {
+    std::string const refused = "not supported: bool cannot be constructed by name";
+    EXPECT_EQ(raised([] { Vel::construct("bool", {}); }), refused);
+    EXPECT_EQ(raised([] { Vel::construct(Vel::Builtin<bool>::_velType, {}); }), refused);
+    EXPECT_EQ(raised([] { Vel::construct("bool", {{"value", true}}); }), refused);
 }
 
 TEST_F(GenericIfTest, IsPrintedAndReadAsText) {

@@ -53,11 +53,8 @@ constinit Vel::VelType const Rack::_velType{{
     .ctorArgs = nameArg,
     .fromPtrInterface = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromPtrInterface,
     .fromStrRep = Vel::GenericIfImpl::GenericIfPtrInterface<Vel::PtrInterface>::fromStrRep,
-    .genericIfFromCtorArgs =
-        [](std::span<Vel::GenericIf const> args) {
-            return Vel::GenericIf(Vel::Ptr<Rack>(new Rack(
-                Vel::GenericIfImpl::unwrapArgument<Vel::Name>(Rack::_velType.name(), nameArg, args, 0))));
-        },
+    .genericIfFromCtorArgs = Vel::GenericIfImpl::fromCtorArgs<
+        Rack, [](Vel::Name const & name) { return Vel::Ptr<Rack>(new Rack(name)); }, Vel::Name>,
     .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
     .genericIfIterator = Vel::GenericIfImpl::iterator,
     .genericIfIteratorKey = Vel::GenericIfImpl::iteratorKey,
