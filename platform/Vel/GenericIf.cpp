@@ -144,7 +144,7 @@ GenericIf::Members GenericIf::iterate(std::string_view collection, GenericIf con
     IteratorVTable const * table = nullptr;
     void * const iterator = fromKey ? record.genericIfIteratorKey(held.object.get(), &attr, *fromKey, &table)
                                     : record.genericIfIterator(held.object.get(), &attr, &table);
-    return Members(held.object, held.isConst, iterator, table);
+    return Members(held.isConst, iterator, table);
 }
 
 GenericIf::Members GenericIf::members(std::string_view collection) const {

@@ -46,7 +46,8 @@ struct AttributeOp {
     VelAttr const * attr;
 };
 
-// What a type's iterator entry points hand out: five operations on an iterator of theirs.
+// What a type's iterator entry points hand out: five operations on an iterator of theirs, which keeps the
+// object that it walks alive.
 struct IteratorVTable {
     bool (*iterNonnull)(void const * iterator);
     void (*iterInc)(void * iterator);
@@ -216,11 +217,10 @@ public:
         Members const * members_;
     };
 
-    Members(Ptr<PtrInterface> keep, bool isConst, void * iterator, IteratorVTable const * table) noexcept
-        : keep_(std::move(keep)), isConst_(isConst), iterator_(iterator), table_(table) {}
+    Members(bool isConst, void * iterator, IteratorVTable const * table) noexcept
+        : isConst_(isConst), iterator_(iterator), table_(table) {}
     Members(Members && other) noexcept
-        : keep_(std::move(other.keep_)),
-          isConst_(other.isConst_),
+        : isConst_(other.isConst_),
           iterator_(std::exchange(other.iterator_, nullptr)),
           table_(other.table_) {}
     Members & operator=(Members &&) = delete;
@@ -238,7 +238,6 @@ private:
         return value;
     }
 
-    Ptr<PtrInterface> keep_;
     bool isConst_;
     void * iterator_;
     IteratorVTable const * table_;

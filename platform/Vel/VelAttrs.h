@@ -67,13 +67,20 @@ auto invokeWith(Object & object, Value const & value) {
     }
 }
 
-// The operations of one iterator class, of an entity collection (counted references) or a value collection
-// (entries with key and value), or, with `Shown`, one that shows `Shown(member)` of each member. Key and
-// object of an iterator at its end are null.
+// An iterator together with the owner of the collection, which it keeps alive. Its operations are those of
+// one iterator class, of an entity collection (counted references) or a value collection (entries with key
+// and value), or, with `Shown`, of one that shows `Shown(member)` of each member. Key and object of an
+// iterator at its end are null.
 template <class Iterator, auto Shown = nullptr>
-struct ErasedIterator {
-    static Iterator & of(void * iterator) { return *static_cast<Iterator *>(iterator); }
-    static Iterator const & of(void const * iterator) { return *static_cast<Iterator const *>(iterator); }
+class ErasedIterator {
+    static Iterator & of(void * erased) { return static_cast<ErasedIterator *>(erased)->iterator_; }
+    static Iterator const & of(void const * erased) {
+        return static_cast<ErasedIterator const *>(erased)->iterator_;
+    }
+
+public:
+    ErasedIterator(PtrInterface & owner, Iterator iterator) noexcept
+        : owner_(&owner), iterator_(std::move(iterator)) {}
 
     static constexpr IteratorVTable kTable{
         [](void const * iterator) { return bool(of(iterator)); },
@@ -102,8 +109,12 @@ struct ErasedIterator {
                 return GenericIf::wrap(*of(iterator));
             }
         },
-        [](void * iterator) { delete &of(iterator); },
+        [](void * iterator) { delete static_cast<ErasedIterator *>(iterator); },
     };
+
+private:
+    Ptr<PtrInterface> const owner_;  // Goes after the iterator.
+    Iterator iterator_;
 };
 
 }  // namespace AttrsImpl
@@ -182,7 +193,7 @@ public:
                     // A key that is itself an object is told from a member by its class.
                     if (given.size() == 1 && (given[0].isNull() || given[0].isObject()) &&
                         !isKey<Key>(given[0])) {
-                        Ptr<Member> const member = argument<Ptr<Member>>(op, given, 0);
+                        Ptr<Member> const member = onlyArgument<Ptr<Member>>(op, given);
                         return AttrsImpl::wrapResult([&] { return std::invoke(Add, self, member); });
                     }
                 }
@@ -348,9 +359,9 @@ private:
     template <class Key, auto Range, auto Shown = nullptr>
     static void * iterate(PtrInterface & object, GenericIf const * fromKey, IteratorVTable const ** table) {
         auto const range = std::invoke(Range, static_cast<C &>(object));
-        using Iterator = decltype(range.begin());
-        *table = &AttrsImpl::ErasedIterator<Iterator, Shown>::kTable;
-        return fromKey ? new Iterator(range.at(fromKey->as<Key>())) : new Iterator(range.begin());
+        using Iterator = AttrsImpl::ErasedIterator<decltype(range.begin()), Shown>;
+        *table = &Iterator::kTable;
+        return new Iterator(object, fromKey ? range.at(fromKey->as<Key>()) : range.begin());
     }
 };
 

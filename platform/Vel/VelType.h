@@ -10,6 +10,7 @@
 //     initialisers of several files may register and look up in any order.
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -110,7 +111,10 @@ public:
     bool keyIsValuesName() const noexcept { return record_.keyIsValuesName; }
     // Which of AttributeOperation the attribute offers.
     std::uint32_t operations() const noexcept { return record_.operations; }
-    bool offers(AttributeOperation operation) const noexcept { return (record_.operations & operation) != 0; }
+    // False also for what is not one operation.
+    bool offers(AttributeOperation operation) const noexcept {
+        return std::has_single_bit(std::uint32_t{operation}) && (record_.operations & operation) != 0;
+    }
     // Whether an object that cannot be changed offers the operation too.
     bool offersOnConst(AttributeOperation operation) const noexcept {
         bool const changes = (operation & (kSet | kAdd | kRemove)) != 0;

@@ -123,6 +123,21 @@ TEST_F(GenericIfTest, RefusesWhatAnAttributeDoesNotOffer) {
               "not supported: cannot iterate VelTest::Rack::height");
 }
 
+TEST_F(GenericIfTest, RefusesWhatIsNotOneOperation) {
+    GenericIf const value = 7U;
+    for (char const * const name : {"name", "height", "reset", "drawer"}) {
+        Vel::VelAttr const & attr = *Rack::_velType.attribute(name);
+        for (auto const operations : {0U, Vel::kRead | Vel::kSet, Vel::kLookUp | Vel::kRemove, 128U, ~0U}) {
+            auto const operation = static_cast<Vel::AttributeOperation>(operations);
+            EXPECT_EQ(raised([&] {
+                          generic.operate({operation, &attr}, {&value, 1});
+                      }),
+                      "not supported: cannot operate on VelTest::Rack::" + std::string(name));
+        }
+    }
+    EXPECT_EQ(rack->height(), 0U);
+}
+
 TEST_F(GenericIfTest, RefusesOperationsOnWhatIsNoObject) {
     EXPECT_EQ(raised([] { GenericIf().attr("name"); }), "range: expected an object to read, found null");
     EXPECT_EQ(raised([] { GenericIf(7U).call("reset", {}); }),
@@ -269,6 +284,27 @@ TEST_F(GenericIfTest, KeepsTheObjectForAWalkAndStaysAtItsEnd) {
         EXPECT_TRUE((*i).key().isNull());
         EXPECT_TRUE((*i).object().isNull());
         EXPECT_TRUE(members.begin() == members.end()) << "one walk, which has ended";
+    }
+    EXPECT_EQ(Rack::velAllocTrackTypeInfo_->live(), 0U);
+}
+
+TEST_F(GenericIfTest, KeepsTheObjectForTheFiveOperationsToo) {
+    rack->drawerIs(Name("top"));
+    rack->loadIs(Name("top"), 7);
+    Vel::VelType::Record const & record = Rack::_velType.record();
+    Vel::IteratorVTable const * tables[2] = {};
+    void * const iterators[] = {
+        record.genericIfIterator(rack.get(), Rack::_velType.attribute("drawer"), &tables[0]),
+        record.genericIfIteratorKey(rack.get(), Rack::_velType.attribute("load"), Name("top"), &tables[1])};
+    generic = nullptr;
+    rack = nullptr;
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_TRUE(tables[i]->iterNonnull(iterators[i]));
+        EXPECT_EQ(tables[i]->iterKey(iterators[i]).as<Name>(), "top");
+        tables[i]->iterInc(iterators[i]);
+        EXPECT_FALSE(tables[i]->iterNonnull(iterators[i]));
+        EXPECT_GT(Rack::velAllocTrackTypeInfo_->live(), 0U);
+        tables[i]->iterDel(iterators[i]);
     }
     EXPECT_EQ(Rack::velAllocTrackTypeInfo_->live(), 0U);
 }
