@@ -1,3 +1,5 @@
+#include <cstdint>
+
 #include "platform/Vel/VelAttrs.h"
 #include "translator/V2Sm.h"
 
@@ -29,6 +31,8 @@ constexpr Vel::VelArg ctorArgs[] = {
 using Attrs = Vel::Attrs<V2Sm>;
 using FromPort = V2Sm::FromPort;
 
+constexpr std::uint32_t kHostIndex = 139;
+
 // A registry's index is followed by one that is kept free.
 constexpr Vel::VelAttr attributes[] = {
     Attrs::immutable<&V2Sm::name>("name", 130),
@@ -42,12 +46,27 @@ constexpr Vel::VelAttr attributes[] = {
     Attrs::function<&V2Sm::toPortTypeV3, PortTypeV2>("toPortTypeV3", 138, portTypeArg),
     Attrs::registry<HostV2, Vel::Name, [](V2Sm & o) { return o.host(); },
                     [](V2Sm & o, Vel::Name const & key) { return o.host(key); }, &V2Sm::hostIs,
-                    &V2Sm::hostDel>("host", 139, "name"),
+                    &V2Sm::hostDel>("host", kHostIndex, "name"),
     Attrs::registry<DirectedEdgeV2, FromPort, [](V2Sm & o) { return o.edge(); },
                     [](V2Sm & o, FromPort const & key) { return o.edge(key); }, &V2Sm::edgeIs,
                     &V2Sm::edgeDel>("edge", 141, "fromPort"),
     Attrs::function<&V2Sm::populateV3>("populateV3", 143, {}),
 };
+
+// What the iterators walk: the hosts under their index, the edges under any other. Whether an attribute is
+// walked at all is asked before.
+Vel::VelAttr const & walked(Vel::VelAttr const & attr) {
+    return *V2Sm::_velType.attribute(attr.index() == kHostIndex ? "host" : "edge");
+}
+
+void * iterator(void * sm, Vel::VelAttr const * attr, Vel::IteratorVTable const ** table) {
+    return Vel::GenericIfImpl::iterator(sm, &walked(*attr), table);
+}
+
+void * iteratorKey(void * sm, Vel::VelAttr const * attr, Vel::GenericIf const & key,
+                   Vel::IteratorVTable const ** table) {
+    return Vel::GenericIfImpl::iteratorKey(sm, &walked(*attr), key, table);
+}
 
 }  // namespace
 
@@ -60,8 +79,8 @@ constinit Vel::VelType const V2Sm::_velType{{
     .genericIfFromCtorArgs = Vel::GenericIfImpl::fromCtorArgs<V2Sm, &v2SmFactory, Vel::Name,
                                                               Vel::Ptr<StatusV2 const>, Vel::Ptr<Status>>,
     .genericIfAttributeOp = Vel::GenericIfImpl::attributeOp,
-    .genericIfIterator = Vel::GenericIfImpl::iterator,
-    .genericIfIteratorKey = Vel::GenericIfImpl::iteratorKey,
+    .genericIfIterator = iterator,
+    .genericIfIteratorKey = iteratorKey,
 }};
 
 }  // namespace NetworkTopologyAggregator

@@ -1,70 +1,176 @@
-// What the two types say to arguments that they cannot take: a range exception that names the argument, and
-// nothing has changed.
+// What every type says to arguments, keys and values that it cannot take: a range exception that names the
+// one that is wrong or missing, or, of one too many, those that are taken. Nothing has changed.
+#include <functional>
+#include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gmock/gmock.h>
 
-#include "tests/reflection/support/Reflected.h"
+#include "tests/reflection/support/EveryType.h"
 
 namespace {
 
+using testing::IsEmpty;
+using TestSupport::fullName;
 using TestSupport::inWords;
 using TestSupport::raised;
 using TestSupport::Reflected;
+using TestSupport::Taken;
 using Vel::GenericIf;
+using Vel::VelArg;
 using Vel::VelAttr;
+using Vel::VelType;
 
-// Both objects with every attribute that offers `operation`.
-template <class Act>
-void forEveryAttribute(Vel::AttributeOperation operation, Act const & act) {
-    Reflected const reflected;
-    int met = 0;
-    for (GenericIf const & object : {reflected.translator, reflected.finder}) {
-        for (VelAttr const & attr : object.type()->attributes()) {
-            if (!attr.offers(operation)) continue;
-            std::string const name = std::string(attr.owner()->name()) + "::" + std::string(attr.name());
-            SCOPED_TRACE(name);
-            act(reflected, object, attr, name);
-            ++met;
-        }
+// No attribute, no argument and no key is of this type.
+GenericIf const wrong = 7U;
+
+using Table = std::vector<VelArg>;
+using Arguments = std::vector<GenericIf>;
+using Act = std::function<void(std::span<GenericIf const>)>;
+
+// What an operation takes, by the names that messages have for it.
+Table takenBy(Vel::AttributeOperation operation, VelAttr const & attr) {
+    VelArg const value{attr.name().data(), attr.type()};
+    switch (operation) {
+    case Vel::kSet: return {value};
+    case Vel::kCall: return {attr.args().begin(), attr.args().end()};
+    case Vel::kAdd: return attr.args().empty() ? Table{value} : Table{attr.args().begin(), attr.args().end()};
+    case Vel::kLookUp:
+    case Vel::kRemove:
+    case Vel::kIterate: return {{attr.keyName().data(), attr.keyType()}};
+    default: return {};
     }
-    EXPECT_GT(met, 0);
 }
 
-TEST(Arguments, OfAWrongTypeAreNamed) {
-    forEveryAttribute(Vel::kCall, [](Reflected const & scene, GenericIf const & object, VelAttr const & attr,
-                                     std::string const & name) {
-        for (std::size_t wrong = 0; wrong < attr.args().size(); ++wrong) {
-            std::vector<GenericIf> args = scene.samples(attr.args());
-            args[wrong] = 7U;
-            EXPECT_EQ(raised([&] { object.call(attr.name(), args); }),
-                      "range: argument \"" + std::string(attr.args()[wrong].name) + "\" of " + name +
-                          ": expected " + std::string(attr.args()[wrong].type->name()) +
-                          ", found unsigned int");
+std::string counted(std::string const & where, Table const & table, std::size_t found) {
+    std::string names;
+    for (VelArg const & arg : table) names += (names.empty() ? " (" : ", ") + std::string(arg.name);
+    return "range: " + where + " takes " + std::to_string(table.size()) +
+           (table.size() == 1 ? " argument" : " arguments") + names + (names.empty() ? "" : ")") +
+           ", found " + std::to_string(found);
+}
+
+std::string expected(std::string const & where, VelArg const & arg, std::string const & problem) {
+    return "range: argument \"" + std::string(arg.name) + "\" of " + where + ": " + problem;
+}
+
+void expectWrongTypesNamed(std::string const & where, Table const & table, Arguments const & right,
+                           Act const & act) {
+    for (std::size_t i = 0; i < table.size(); ++i) {
+        Arguments args = right;
+        args[i] = wrong;
+        EXPECT_EQ(raised([&] { act(args); }),
+                  expected(where, table[i],
+                           "expected " + std::string(table[i].type->name()) + ", found unsigned int"));
+    }
+}
+
+void expectWrongCountsNamed(std::string const & where, Table const & table, Arguments const & right,
+                            Act const & act) {
+    for (std::size_t count = 0; count < table.size(); ++count) {
+        EXPECT_EQ(raised([&] { act(std::span(right).first(count)); }),
+                  expected(where, table[count], "is missing"));
+    }
+    for (std::size_t surplus = 1; surplus <= 2; ++surplus) {
+        Arguments args = right;
+        args.resize(right.size() + surplus);
+        EXPECT_EQ(raised([&] { act(args); }), counted(where, table, args.size()));
+    }
+}
+
+class WrongArguments : public TestSupport::EveryType {
+protected:
+    // What would be taken.
+    Arguments right(Vel::AttributeOperation operation, GenericIf const & object, VelAttr const & attr) const {
+        if (operation == Vel::kSet) return {object.attr(attr.name())};
+        return scene.samples(takenBy(operation, attr));
+    }
+
+    void expectNamed(Vel::AttributeOperation operation) const {
+        std::size_t met = 0;
+        forEveryAttribute(objects(), [&](GenericIf const & object, VelAttr const & attr) {
+            if (!attr.offers(operation)) return;
+            Taken const taken = TestSupport::followed(object);
+            Table const table = takenBy(operation, attr);
+            Arguments const good = right(operation, object, attr);
+            Act const act = [&](std::span<GenericIf const> args) {
+                object.operate({operation, &attr}, args);
+            };
+            expectWrongTypesNamed(fullName(attr), table, good, act);
+            expectWrongCountsNamed(fullName(attr), table, good, act);
+            EXPECT_THAT(taken(), IsEmpty());
+            ++met;
+        });
+        EXPECT_GT(met, 10U);
+    }
+};
+
+TEST_F(WrongArguments, OfWritesAreNamed) { expectNamed(Vel::kSet); }
+TEST_F(WrongArguments, OfCallsAreNamed) { expectNamed(Vel::kCall); }
+TEST_F(WrongArguments, OfLookupsAreNamed) { expectNamed(Vel::kLookUp); }
+TEST_F(WrongArguments, OfAdditionsAreNamed) { expectNamed(Vel::kAdd); }
+TEST_F(WrongArguments, OfRemovalsAreNamed) { expectNamed(Vel::kRemove); }
+
+TEST_F(WrongArguments, OfWalksAreNamed) {
+    forEveryAttribute(objects(), [&](GenericIf const & object, VelAttr const & attr) {
+        if (!attr.offers(Vel::kIterate)) return;
+        Table const table = takenBy(Vel::kIterate, attr);
+        expectWrongTypesNamed(fullName(attr), table, scene.samples(table),
+                              [&](auto const & args) { object.members(attr.name(), args.front()); });
+    });
+}
+
+TEST_F(WrongArguments, OfReadsAreCounted) {
+    forEveryAttribute(objects(), [&](GenericIf const & object, VelAttr const & attr) {
+        if (!attr.offers(Vel::kRead)) return;
+        expectWrongCountsNamed(fullName(attr), {}, {}, [&](auto const & args) {
+            object.operate({Vel::kRead, &attr}, args);
+        });
+    });
+}
+
+// The entry points themselves refuse them, too.
+TEST_F(WrongArguments, OfConstructorsAreNamed) {
+    std::set<std::string_view> met;
+    for (VelType const * const type : Vel::typeNodes()) {
+        if (!type->isConstructible()) continue;
+        SCOPED_TRACE(type->name());
+        std::string const where = "the constructor of " + std::string(type->name());
+        Table const table(type->ctorArgs().begin(), type->ctorArgs().end());
+        for (Act const & act : {Act([&](auto const & args) { Vel::construct(*type, args); }),
+                                Act(type->record().genericIfFromCtorArgs)}) {
+            expectWrongTypesNamed(where, table, scene.samples(table), act);
+            expectWrongCountsNamed(where, table, scene.samples(table), act);
         }
-    });
+        met.insert(type->name());
+    }
+    EXPECT_EQ(met, (std::set<std::string_view>{
+                       "NetworkTopology::DirectedEdgeV2", "NetworkTopology::HostV2",
+                       "NetworkTopology::MlagV2", "NetworkTopology::PortGroupV2", "NetworkTopology::PortV2",
+                       "NetworkTopology::StatusV2", "NetworkTopologyAggregator::PortBaseFinder",
+                       "NetworkTopologyAggregator::V2Sm", "NetworkTopologyV3::Status"}));
 }
 
-TEST(Arguments, ThatAreMissingAreNamed) {
-    forEveryAttribute(Vel::kCall, [](Reflected const &, GenericIf const & object, VelAttr const & attr,
-                                     std::string const & name) {
-        if (attr.args().empty()) return;
-        EXPECT_EQ(raised([&] { object.call(attr.name(), {}); }),
-                  "range: argument \"" + std::string(attr.args()[0].name) + "\" of " + name + ": is missing");
+// A collection that takes objects tells of one by its own name; others make their members of the key.
+TEST_F(WrongArguments, ThatAreObjectsToAddAreNamed) {
+    std::size_t takers = 0;
+    forEveryAttribute(objects(), [&](GenericIf const & object, VelAttr const & attr) {
+        if (attr.kind() != VelAttr::Kind::collection) return;
+        bool const isTaker = !attr.owner()->name().starts_with("NetworkTopologyV3::");
+        takers += isTaker;
+        Table const table = takenBy(Vel::kAdd, attr);
+        if (!isTaker && table.size() > 1) return;  // One argument is too few, whatever it is.
+        VelArg const named = isTaker ? VelArg{attr.name().data(), attr.type()} : table.front();
+        Taken const taken = TestSupport::followed(object);
+        EXPECT_EQ(raised([&] { object.memberIs(attr.name(), scene.translator); }),
+                  expected(fullName(attr), named,
+                           "expected " + std::string(named.type->name()) +
+                               ", found NetworkTopologyAggregator::V2Sm"));
+        EXPECT_THAT(taken(), IsEmpty());
     });
-}
-
-TEST(Arguments, ThatAreTooManyAreCountedBesideTheNamesOfTheOthers) {
-    forEveryAttribute(Vel::kCall, [](Reflected const & scene, GenericIf const & object, VelAttr const & attr,
-                                     std::string const & name) {
-        std::vector<GenericIf> args = scene.samples(attr.args());
-        args.emplace_back();
-        std::string const expected =
-            attr.args().empty() ? " takes 0 arguments, found 1"
-                                : " takes 1 argument (" + std::string(attr.args()[0].name) + "), found 2";
-        EXPECT_EQ(raised([&] { object.call(attr.name(), args); }), "range: " + name + expected);
-    });
+    EXPECT_EQ(takers, 7U);
 }
 
 TEST(Arguments, ThatAreObjectsOfAnotherClassAreNamed) {
@@ -84,54 +190,6 @@ TEST(Arguments, ThatAreObjectsOfAnotherClassAreNamed) {
     EXPECT_EQ(raised([&] { sm.call("toPortTypeV3", {GenericIf()}); }),
               "range: argument \"portTypeV2\" of NetworkTopologyAggregator::V2Sm::toPortTypeV3: expected "
               "NetworkTopology::PortTypeV2, found null");
-}
-
-TEST(Keys, OfAWrongTypeAreNamed) {
-    forEveryAttribute(Vel::kLookUp, [](Reflected const & scene, GenericIf const & object,
-                                       VelAttr const & attr, std::string const & name) {
-        std::string const expected = "range: argument \"" + std::string(attr.keyName()) + "\" of " + name +
-                                     ": expected " + std::string(attr.keyType()->name()) + ", found bool";
-        EXPECT_EQ(raised([&] { object.member(attr.name(), true); }), expected);
-        EXPECT_EQ(raised([&] { object.memberDel(attr.name(), true); }), expected);
-        EXPECT_EQ(raised([&] { object.members(attr.name(), true); }), expected);
-        EXPECT_FALSE(object.member(attr.name(), scene.key(attr)).isNull());
-    });
-}
-
-TEST(Keys, ThatAreMissingOrTooManyAreNamed) {
-    forEveryAttribute(Vel::kLookUp, [](Reflected const & scene, GenericIf const & object,
-                                       VelAttr const & attr, std::string const & name) {
-        std::string const key(attr.keyName());
-        std::vector<GenericIf> const two(2, scene.key(attr));
-        for (Vel::AttributeOperation const operation : {Vel::kLookUp, Vel::kRemove}) {
-            EXPECT_EQ(raised([&] {
-                          object.operate({operation, &attr}, {});
-                      }),
-                      "range: argument \"" + key + "\" of " + name + ": is missing");
-            EXPECT_EQ(raised([&] {
-                          object.operate({operation, &attr}, two);
-                      }),
-                      "range: " + name + " takes 1 argument (" + key + "), found 2");
-        }
-        EXPECT_FALSE(object.member(attr.name(), scene.key(attr)).isNull());
-    });
-}
-
-TEST(AddedObjects, OfAWrongTypeAreNamed) {
-    forEveryAttribute(Vel::kAdd, [](Reflected const & scene, GenericIf const & object, VelAttr const & attr,
-                                    std::string const & name) {
-        std::string const where = "range: argument \"" + std::string(attr.name()) + "\" of " + name + ": ";
-        std::string const wanted = "expected " + std::string(attr.type()->name()) + ", found ";
-        EXPECT_EQ(raised([&] { object.memberIs(attr.name(), GenericIf(scene.models.v2)); }),
-                  where + wanted + "NetworkTopology::StatusV2");
-        EXPECT_EQ(raised([&] { object.memberIs(attr.name(), GenericIf(Vel::Name("a"))); }),
-                  where + wanted + "Vel::Name");
-        EXPECT_EQ(raised([&] { object.memberIs(attr.name(), std::span<GenericIf const>()); }),
-                  where + "is missing");
-        std::vector<GenericIf> const two(2, scene.sample(*attr.type()));
-        EXPECT_EQ(raised([&] { object.memberIs(attr.name(), two); }),
-                  "range: " + name + " takes 1 argument (" + std::string(attr.name()) + "), found 2");
-    });
 }
 
 TEST(AddedObjects, ThatAreNullAreRefusedByTheTranslatorItself) {

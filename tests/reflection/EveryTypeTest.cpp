@@ -5,15 +5,12 @@
 #include <functional>
 #include <map>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include <gmock/gmock.h>
 
 #include "finder/PortBaseFinder.h"
-#include "tests/NetworkTopology/Recorders.h"
-#include "tests/NetworkTopologyV3/Recorders.h"
-#include "tests/reflection/support/Reflected.h"
+#include "tests/reflection/support/EveryType.h"
 
 namespace {
 
@@ -22,26 +19,16 @@ namespace V3 = NetworkTopologyV3;
 using NetworkTopologyAggregator::PortBaseFinder;
 using NetworkTopologyAggregator::V2Sm;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
+using TestSupport::EveryType;
+using TestSupport::followed;
+using TestSupport::fullName;
 using TestSupport::raised;
+using TestSupport::Taken;
 using Vel::GenericIf;
 using Vel::VelAttr;
 using Vel::VelType;
-
-std::string fullName(VelAttr const & attr) {
-    return std::string(attr.owner()->name()) + "::" + std::string(attr.name());
-}
-
-// Its own and those of its bases.
-std::vector<VelAttr const *> attributesOf(GenericIf const & object) {
-    std::vector<VelAttr const *> all;
-    for (VelType const * type = object.type(); type; type = type->base()) {
-        for (VelAttr const & attr : type->attributes()) all.push_back(&attr);
-    }
-    return all;
-}
 
 // The compiled accessors of all that can be read.
 
@@ -100,89 +87,18 @@ std::map<std::string, Accessor> const & accessors() {
     return all;
 }
 
-// Who follows an object and tells which callbacks it got since the last time.
-using Taken = std::function<std::vector<std::string>()>;
-
-template <class Recorder>
-Taken recordedV2(GenericIf const & object) {
-    auto const recorder =
-        NetworkTopologyTest::followedBy<Recorder>(object.as<Vel::Ptr<Vel::PtrInterface const>>());
-    return [recorder] { return recorder->taken(); };
-}
-
-template <class Recorder>
-Taken recordedV3(GenericIf const & object) {
-    auto const journal = std::make_shared<V3::Journal>();
-    auto const recorder = V3::recorderOf<Recorder>(object.as<Vel::Ptr<Vel::PtrInterface const>>(), *journal);
-    return [journal, recorder] { return journal->take(); };
-}
-
-Taken followed(GenericIf const & object) {
-    static std::map<std::string, Taken (*)(GenericIf const &)> const recorders = {
-        {"NetworkTopology::StatusV2", &recordedV2<NetworkTopologyTest::StatusRecorder>},
-        {"NetworkTopology::HostV2", &recordedV2<NetworkTopologyTest::HostRecorder>},
-        {"NetworkTopology::PortV2", &recordedV2<NetworkTopologyTest::PortRecorder>},
-        {"NetworkTopology::PortGroupV2", &recordedV2<NetworkTopologyTest::PortGroupRecorder>},
-        {"NetworkTopology::MlagV2", &recordedV2<NetworkTopologyTest::MlagRecorder>},
-        {"NetworkTopology::DirectedEdgeV2", &recordedV2<NetworkTopologyTest::EdgeRecorder>},
-        {"NetworkTopologyV3::Status", &recordedV3<V3::StatusRecorder>},
-        {"NetworkTopologyV3::Host", &recordedV3<V3::HostRecorder>},
-        {"NetworkTopologyV3::Port", &recordedV3<V3::PortRecorder>},
-        {"NetworkTopologyV3::PortGroup", &recordedV3<V3::PortGroupRecorder>},
-        {"NetworkTopologyV3::MlagPort", &recordedV3<V3::MlagPortRecorder>},
-        {"NetworkTopologyV3::DirectedEdge", &recordedV3<V3::DirectedEdgeRecorder>},
-    };
-    auto const found = recorders.find(object.typeName());
-    return found == recorders.end() ? [] { return std::vector<std::string>(); } : found->second(object);
-}
-
 // The attributes of which nobody hears.
 bool isSilent(VelAttr const & attr) { return fullName(attr) == "NetworkTopology::MlagV2::secondaryName"; }
 
-class EveryType : public testing::Test {
-protected:
-    // One object of every class, with everything set that can be.
-    std::vector<GenericIf> objects() const {
-        auto const host = scene.host();
-        auto const hostV3 = scene.models.v3->host("a");
-        scene.finder.call("find", {host->port("p")});
-        return {scene.models.v2,   host,
-                host->port("p"),   host->portGroup("g"),
-                host->mlag("m"),   scene.models.v2->edge(host->port("p")),
-                scene.models.v3,   hostV3,
-                hostV3->port("p"), hostV3->portGroup("g"),
-                hostV3->mlag("m"), scene.models.v3->edge(hostV3->port("p")->portKey()),
-                scene.translator,  scene.finder};
+// A value that an attribute does not have now.
+GenericIf another(TestSupport::Reflected const & scene, GenericIf const & now, VelType const & type) {
+    if (type.kind() == VelType::Kind::object) return now.isNull() ? scene.sample(type) : nullptr;
+    if (type.kind() == VelType::Kind::enumeration) {
+        return Vel::enumeratorFromNumber(type, now.enumeratorValue() + 1);
     }
-    // One with nothing set.
-    std::vector<GenericIf> bareObjects() const {
-        auto const bare = bareStatus->hostIs("bare");
-        return {bareStatus, bare, bare->portIs("p"), bare->portGroupIs("g"), bare->mlagIs("m", "")};
-    }
-
-    template <class Act>
-    void forEveryAttribute(std::vector<GenericIf> const & objects, Act const & act) const {
-        for (GenericIf const & object : objects) {
-            for (VelAttr const * const attr : attributesOf(object)) {
-                SCOPED_TRACE(object.typeName() + ": " + fullName(*attr));
-                act(object, *attr);
-            }
-        }
-    }
-
-    // A value that the attribute does not have now.
-    GenericIf another(GenericIf const & now, VelType const & type) const {
-        if (type.kind() == VelType::Kind::object) return now.isNull() ? scene.sample(type) : nullptr;
-        if (type.kind() == VelType::Kind::enumeration) {
-            return Vel::enumeratorFromNumber(type, now.enumeratorValue() + 1);
-        }
-        if (&type == Vel::VelTypeOf<bool>::record) return !now.as<bool>();
-        return type.fromStrRep(type.name() == "Keln::EthAddr" ? "02:00:00:00:00:77" : "another");
-    }
-
-    TestSupport::Reflected const scene;
-    V3::Status::Ptr const bareStatus = V3::Status::StatusIs();
-};
+    if (&type == Vel::VelTypeOf<bool>::record) return !now.as<bool>();
+    return type.fromStrRep(type.name() == "Keln::EthAddr" ? "02:00:00:00:00:77" : "another");
+}
 
 TEST_F(EveryType, WithAttributesHasAnObjectHere) {
     for (VelType const * const type : Vel::typeNodes()) {
@@ -225,7 +141,7 @@ TEST_F(EveryType, NotifiesOnceOfEveryAttributeThatIsWritten) {
         std::string callback = "on" + std::string(attr.name());
         callback[2] = static_cast<char>(std::toupper(callback[2]));
         Taken const taken = followed(object);
-        for (GenericIf const & value : {another(before, *attr.type()), before}) {
+        for (GenericIf const & value : {another(scene, before, *attr.type()), before}) {
             ASSERT_NE(object.attr(attr.name()), value);
             object.attrIs(attr.name(), value);
             EXPECT_EQ(object.attr(attr.name()), value);
@@ -263,42 +179,6 @@ TEST_F(EveryType, RefusesEveryOperationThatIsNotOffered) {
         if (object.type()->attribute(attr.name()) != &attr) return;
         expectRefused(Vel::kIterate, "iterate", [&] { object.members(attr.name()); });
         expectRefused(Vel::kIterate, "iterate", [&] { object.members(attr.name(), key); });
-        EXPECT_THAT(taken(), IsEmpty());
-    });
-}
-
-TEST_F(EveryType, NamesTheArgumentThatItCannotTake) {
-    // No attribute, no argument and no key is of this type.
-    GenericIf const wrong = 7U;
-    forEveryAttribute(objects(), [&](GenericIf const & object, VelAttr const & attr) {
-        Taken const taken = followed(object);
-        auto const expectNamed = [&](std::string_view argument, std::function<void()> const & act) {
-            EXPECT_THAT(raised(act), StartsWith("range: argument \"" + std::string(argument) + "\" of " +
-                                                fullName(attr) + ": "));
-        };
-        if (attr.offers(Vel::kSet)) {
-            expectNamed(attr.name(), [&] { object.attrIs(attr.name(), wrong); });
-            expectNamed(attr.name(), [&] { object.operate({Vel::kSet, &attr}, {}); });
-        }
-        if (attr.offers(Vel::kCall)) {
-            std::vector<GenericIf> tooMany(attr.args().size() + 1);
-            EXPECT_THAT(raised([&] {
-                            object.operate({Vel::kCall, &attr}, tooMany);
-                        }),
-                        StartsWith("range: " + fullName(attr) + " takes "));
-            if (!attr.args().empty()) {
-                expectNamed(attr.args()[0].name, [&] { object.operate({Vel::kCall, &attr}, {}); });
-                expectNamed(attr.args()[0].name, [&] { object.operate({Vel::kCall, &attr}, {&wrong, 1}); });
-            }
-        }
-        if (attr.offers(Vel::kIterate)) {
-            expectNamed(attr.keyName(), [&] { object.member(attr.name(), wrong); });
-            expectNamed(attr.keyName(), [&] { object.memberDel(attr.name(), wrong); });
-            expectNamed(attr.keyName(), [&] { object.members(attr.name(), wrong); });
-            expectNamed(attr.keyName(), [&] { object.operate({Vel::kLookUp, &attr}, {}); });
-            auto const first = attr.args().empty() ? attr.name() : std::string_view(attr.args()[0].name);
-            expectNamed(first, [&] { object.memberIs(attr.name(), std::span<GenericIf const>()); });
-        }
         EXPECT_THAT(taken(), IsEmpty());
     });
 }

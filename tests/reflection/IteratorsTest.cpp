@@ -5,6 +5,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -27,6 +28,13 @@ std::vector<GenericIf> keys(GenericIf::Members const & members) {
     std::vector<GenericIf> found;
     for (auto const & entry : members) found.push_back(entry.key());
     return found;
+}
+
+// What an entry point hands out, in the usual clothes.
+GenericIf::Members handedOut(auto const entry, Vel::PtrInterface * object, auto const &... attrAndKey) {
+    Vel::IteratorVTable const * table = nullptr;
+    void * const iterator = entry(object, attrAndKey..., &table);
+    return GenericIf::Members(false, iterator, table);
 }
 
 class Iterators : public testing::Test {
@@ -182,10 +190,23 @@ TEST_F(Iterators, ShowWhatTheReactorsFollowNow) {
     auto const other = NetworkTopology::HostV2::HostV2Is("b");
     scene.translator.memberIs("host", other);
     EXPECT_EQ((*scene.translator.members("host", Name("b")).begin()).object(), GenericIf(other));
-    scene.translator.as<V2Sm::Ptr>()->host("b")->notifierIs(nullptr);
-    GenericIf::Members const members = scene.translator.members("host", Name("b"));
-    EXPECT_EQ((*members.begin()).key(), GenericIf(Name("b")));
-    EXPECT_TRUE((*members.begin()).object().isNull());
+}
+
+TEST_F(Iterators, ShowNullUnderTheKeyOfAReactorThatFollowsNothing) {
+    auto const sm = scene.translator.as<V2Sm::Ptr>();
+    auto const fromPort = scene.host("b")->port("p");
+    sm->host("b")->notifierIs(nullptr);
+    sm->edge(fromPort)->notifierIs(nullptr);
+    for (auto const & [registry, key] : {std::pair<char const *, GenericIf>{"host", Name("b")},
+                                         std::pair<char const *, GenericIf>{"edge", fromPort}}) {
+        GenericIf::Members const members = scene.translator.members(registry, key);
+        EXPECT_EQ((*members.begin()).key(), key);
+        EXPECT_TRUE((*members.begin()).object().isNull()) << registry;
+        EXPECT_TRUE(scene.translator.member(registry, key).isNull()) << registry;
+        EXPECT_EQ(keys(scene.translator.members(registry)).size(), 3U);
+        EXPECT_TRUE(scene.translator.memberDel(registry, key).isNull()) << registry;
+        EXPECT_EQ(keys(scene.translator.members(registry)).size(), 2U);
+    }
 }
 
 TEST_F(Iterators, ShowTheInputConst) {
@@ -222,14 +243,41 @@ TEST_F(Iterators, WorkThroughTheTableOfFiveOperations) {
     }
 }
 
-TEST_F(Iterators, AreNotMadeOfWhatIsNoCollection) {
+// The entry points tell the registries apart by the index of the hosts alone; who goes by names is refused.
+TEST_F(Iterators, WalkTheEdgesUnderEveryIndexButThatOfTheHosts) {
+    Vel::VelType::Record const & record = V2Sm::_velType.record();
     auto const sm = scene.translator.as<Vel::Ptr<Vel::PtrInterface>>();
-    Vel::VelAttr const * const name = V2Sm::_velType.attribute("name");
-    Vel::IteratorVTable const * table = nullptr;
-    EXPECT_THROW(V2Sm::_velType.record().genericIfIterator(sm.get(), name, &table),
-                 Vel::OpNotSupportedException);
-    EXPECT_THROW(V2Sm::_velType.record().genericIfIteratorKey(sm.get(), name, Name("a"), &table),
-                 Vel::OpNotSupportedException);
+    std::vector<GenericIf> const edges = keys(scene.translator.members("edge"));
+    for (Vel::VelAttr const & attr : V2Sm::_velType.attributes()) {
+        if (attr.name() == "host") continue;
+        SCOPED_TRACE(attr.name());
+        EXPECT_EQ(keys(handedOut(record.genericIfIterator, sm.get(), &attr)), edges);
+        EXPECT_EQ(keys(handedOut(record.genericIfIteratorKey, sm.get(), &attr, edges.back())),
+                  std::vector<GenericIf>{edges.back()});
+        EXPECT_EQ(TestSupport::raised(
+                      [&] { handedOut(record.genericIfIteratorKey, sm.get(), &attr, GenericIf(Name("a"))); }),
+                  "range: argument \"fromPort\" of NetworkTopologyAggregator::V2Sm::edge: expected "
+                  "NetworkTopology::PortBaseV2, found Vel::Name");
+        if (attr.name() == "edge") continue;
+        EXPECT_THROW(scene.translator.members(attr.name()), Vel::OpNotSupportedException);
+        EXPECT_THROW(scene.translator.members(attr.name(), edges.back()), Vel::OpNotSupportedException);
+    }
+}
+
+TEST_F(Iterators, OutliveTheTranslatorThatHandedThemOut) {
+    Vel::VelType::Record const & record = V2Sm::_velType.record();
+    for (char const * const registry : registries) {
+        Reflected gone{TestSupport::fillWithThreeHosts};
+        std::uint64_t const live = V2Sm::velAllocTrackTypeInfo_->live();
+        {
+            auto const sm = gone.translator.as<Vel::Ptr<Vel::PtrInterface>>().get();
+            GenericIf::Members const members =
+                handedOut(record.genericIfIterator, sm, V2Sm::_velType.attribute(registry));
+            gone.translator = nullptr;
+            EXPECT_EQ(keys(members).size(), 3U);
+        }
+        EXPECT_EQ(V2Sm::velAllocTrackTypeInfo_->live(), live - 1);
+    }
 }
 
 }  // namespace

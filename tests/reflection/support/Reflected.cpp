@@ -30,6 +30,7 @@ GenericIf Reflected::sample(Vel::VelType const & type) const {
         models.v2->edge(host()->port("p")),
         models.v3->host("a"),
         models.v3->host("a")->port("p"),
+        models.v3->host("a")->mlag("m"),
         GenericIf::wrap(models.v3->host("a")->port("p")->portKey()),
     };
     auto const found = std::find_if(values.begin(), values.end(),
