@@ -129,17 +129,20 @@ static_assert(sizeof(Chunk) <= kSlabBytes);
 
 class Pool {
 public:
-    void * cellNew(std::size_t cellBytes) {
+    // Takes at least one free cell and at most `most`, the lowest last, and returns how many. Throws
+    // std::bad_alloc.
+    std::uint32_t cellsNew(std::size_t cellBytes, void ** cells, std::uint32_t most) {
         List<Slab> & slabs = slabs_[cellBytes / kGranule];
         Slab * slab = slabs.first();
         if (!slab) [[unlikely]] {
             slab = &slabNew(cellBytes);
             slabs.pushFront(*slab);
         }
-        void * const cell = slab->cellNew();
+        std::uint32_t const count = std::min(most, slab->cellCount - slab->cellsInUse);
+        for (std::uint32_t left = count; left-- > 0;) cells[left] = slab->cellNew();
         if (slab->isFull()) [[unlikely]]
             slabs.remove(*slab);
-        return cell;
+        return count;
     }
     void cellDel(void * cell, std::size_t cellBytes) noexcept {
         List<Slab> & slabs = slabs_[cellBytes / kGranule];
@@ -248,7 +251,7 @@ private:
 struct ReleaseAtUnload {
     ~ReleaseAtUnload() {
         Guard const guard;
-        SlabPool::lastCellsDel();
+        SlabPool::emptyShelves();
         pool.release();
     }
 };
@@ -264,15 +267,26 @@ bool isOfPool(void * cell) noexcept { return !everWithout || pool.holds(cell); }
 
 }  // namespace
 
-constinit void * SlabPool::last_[kIndices] = {};
+constinit std::array<SlabPool::Shelf, SlabPool::kIndices> SlabPool::shelves_{};
+constinit std::uint32_t SlabPool::shelfRoom_ = SlabPool::Shelf::kRoom;
 
 void * SlabPool::anyCell(std::size_t size) {
     if (!kPooled || size > kLargestCell || !pooled) return ::operator new(size);
     Guard const guard;
-    return pool.cellNew(index(size) * kAlignment);
+    std::size_t const cellBytes = index(size) * kAlignment;
+    void * cell = nullptr;
+    if (VFPtrInterface::threadSafePointers_) {
+        pool.cellsNew(cellBytes, &cell, 1);
+    } else {
+        // Half a shelf, so that the next cells that come free find room on it.
+        Shelf & shelf = shelves_[index(size)];
+        shelf.count = pool.cellsNew(cellBytes, shelf.cells.data(), Shelf::kRoom / 2 + 1) - 1;
+        cell = shelf.cells[shelf.count];
+    }
+    return cell;
 }
 
-void SlabPool::cellDel(void * cell, std::size_t size) noexcept {
+void SlabPool::anyCellDel(void * cell, std::size_t size) noexcept {
     if (!kPooled || size > kLargestCell) {
         ::operator delete(cell);
         return;
@@ -282,16 +296,18 @@ void SlabPool::cellDel(void * cell, std::size_t size) noexcept {
         ::operator delete(cell);
         return;
     }
-    if (!last_[index(size)] && pooled && !VFPtrInterface::threadSafePointers_) {
-        last_[index(size)] = cell;
+    Shelf & shelf = shelves_[index(size)];
+    if (shelf.count < Shelf::kRoom && pooled && !VFPtrInterface::threadSafePointers_) {
+        shelf.cells[shelf.count++] = cell;
     } else {
         pool.cellDel(cell, index(size) * kAlignment);
     }
 }
 
-void SlabPool::lastCellsDel() noexcept {
+void SlabPool::emptyShelves() noexcept {
     for (std::size_t index = 0; index < kIndices; ++index) {
-        if (void * const cell = std::exchange(last_[index], nullptr)) pool.cellDel(cell, index * kAlignment);
+        Shelf & shelf = shelves_[index];
+        while (shelf.count != 0) pool.cellDel(shelf.cells[--shelf.count], index * kAlignment);
     }
 }
 
@@ -300,7 +316,8 @@ void SlabPool::pooledIs(bool on) noexcept {
     pooled = on;
     if (on) return;
     everWithout = true;
-    lastCellsDel();
+    shelfRoom_ = 0;
+    emptyShelves();
 }
 
 SlabPool::Usage SlabPool::usage() noexcept {

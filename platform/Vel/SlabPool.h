@@ -16,8 +16,9 @@
 // (`pooledIs`).
 #pragma once
 
+#include <array>
 #include <cstddef>
-#include <utility>
+#include <cstdint>
 
 #include "platform/Vel/Export.h"
 #include "platform/Vel/PtrInterface.h"
@@ -34,12 +35,23 @@ public:
     // Storage for `size` bytes. Throws std::bad_alloc.
     static void * cell(std::size_t size) {
         if (kPooled && size <= kLargestCell && !VFPtrInterface::threadSafePointers_) [[likely]] {
-            if (void * const cell = std::exchange(last_[index(size)], nullptr)) return cell;
+            Shelf & shelf = shelves_[index(size)];
+            if (shelf.count != 0) [[likely]]
+                return shelf.cells[--shelf.count];
         }
         return anyCell(size);
     }
     // Gives back what `cell(size)` returned.
-    static void cellDel(void * cell, std::size_t size) noexcept;
+    static void cellDel(void * cell, std::size_t size) noexcept {
+        if (kPooled && size <= kLargestCell && !VFPtrInterface::threadSafePointers_) [[likely]] {
+            Shelf & shelf = shelves_[index(size)];
+            if (shelf.count < shelfRoom_) [[likely]] {
+                shelf.cells[shelf.count++] = cell;
+                return;
+            }
+        }
+        anyCellDel(cell, size);
+    }
 
     // Whether pieces come from the pool from now on, which they do at first. Without it every piece comes
     // from the system, as a memory checker wants it. Cells that are in use stay where they are.
@@ -73,11 +85,20 @@ private:
         return size <= kSmallestCell ? kSmallestCell / kAlignment : (size + kAlignment - 1) / kAlignment;
     }
     static void * anyCell(std::size_t size);
-    static void lastCellsDel() noexcept;
+    static void anyCellDel(void * cell, std::size_t size) noexcept;
+    static void emptyShelves() noexcept;
 
-    // For each size the cell that came free last, out of its slab: what comes and goes with each lookup costs
-    // next to nothing.
-    static void * last_[kIndices];
+    // A few free cells of one size, out of their slabs and at hand: what comes and goes with each change
+    // costs next to nothing.
+    struct alignas(64) Shelf {
+        static constexpr std::uint32_t kRoom = 7;
+        std::uint32_t count;
+        std::array<void *, kRoom> cells;
+    };
+
+    static std::array<Shelf, kIndices> shelves_;
+    // How many cells a shelf takes unseen; none where a cell may be one of the system's.
+    static std::uint32_t shelfRoom_;
 };
 
 }  // namespace Vel
