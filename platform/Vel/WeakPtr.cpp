@@ -1,25 +1,20 @@
 #include "platform/Vel/WeakPtr.h"
 
+#include <new>
+
+#include "platform/Vel/SlabPool.h"
+
 namespace Vel {
 
-void WeakPtrBase::enter(WeakTarget & target) noexcept {
-    next_ = target.first_;
-    previous_ = &target.first_;
-    if (next_) next_->previous_ = &next_;
-    target.first_ = this;
+void WeakTarget::begin(PtrInterface const & object) {
+    cell_ = new (SlabPool::cell(sizeof(Cell))) Cell{.object = &object, .holders = 1};
 }
 
-void WeakPtrBase::leave() noexcept {
-    if (!previous_) return;
-    *previous_ = next_;
-    if (next_) next_->previous_ = previous_;
-    next_ = nullptr;
-    previous_ = nullptr;
-    object_ = nullptr;
+void WeakTarget::end() noexcept {
+    cell_->object = nullptr;
+    if (--cell_->holders == 0) cellDel(cell_);
 }
 
-WeakTarget::~WeakTarget() {
-    while (first_) first_->leave();
-}
+void WeakTarget::cellDel(Cell * cell) noexcept { SlabPool::cellDel(cell, sizeof(Cell)); }
 
 }  // namespace Vel

@@ -1,15 +1,43 @@
 // References that are not counted and become null when their target dies.
 //
 // A model object that points back (a port at its group) must neither keep its target alive nor outlive it.
-// The target carries a `WeakTarget`; every `WeakPtr` at it stands in its list, so that setting, clearing and
-// dying cost no allocation and no lookup. One thread only.
+// The target carries a `WeakTarget`. All weak references to one target share a small cell that says who it is
+// until it dies: setting, clearing and dying touch that cell and no other reference, and only the first
+// reference to a target allocates. One thread only.
 #pragma once
+
+#include <cstdint>
+#include <utility>
 
 #include "platform/Vel/PtrInterface.h"
 
 namespace Vel {
 
-class WeakTarget;
+// The end of a target's weak references: a member of every class that `WeakPtr` points at.
+class VEL_EXPORT WeakTarget {
+public:
+    WeakTarget() noexcept = default;
+    ~WeakTarget() {
+        if (cell_) end();
+    }
+    WeakTarget(WeakTarget const &) = delete;
+    WeakTarget & operator=(WeakTarget const &) = delete;
+
+private:
+    friend class WeakPtrBase;
+
+    struct Cell {
+        PtrInterface const * object;  // Null once it is gone.
+        std::uint32_t holders;        // The weak references, and the target.
+    };
+
+    // Makes the cell of `object`, whose target this is. Throws std::bad_alloc.
+    void begin(PtrInterface const & object);
+    void end() noexcept;
+    static void cellDel(Cell * cell) noexcept;
+
+    Cell * cell_ = nullptr;  // Null until somebody refers to the target.
+};
 
 class VEL_EXPORT WeakPtrBase {
 public:
@@ -18,29 +46,28 @@ public:
 
 protected:
     WeakPtrBase() noexcept = default;
-    ~WeakPtrBase() { leave(); }
-    void enter(WeakTarget & target) noexcept;
-    void leave() noexcept;
+    ~WeakPtrBase() { letGo(); }
 
-    PtrInterface const * object_ = nullptr;
+    // Null when nothing was set, and from the moment when the target's destruction is certain.
+    PtrInterface const * object() const noexcept {
+        PtrInterface const * const object = cell_ ? cell_->object : nullptr;
+        return object && !object->isBeingDestroyed() ? object : nullptr;
+    }
+    void referTo(PtrInterface const & object, WeakTarget & target) {
+        if (!target.cell_) [[unlikely]]
+            target.begin(object);
+        ++target.cell_->holders;
+        letGo();
+        cell_ = target.cell_;
+    }
+    void letGo() noexcept {
+        WeakTarget::Cell * const cell = std::exchange(cell_, nullptr);
+        if (cell && --cell->holders == 0) [[unlikely]]
+            WeakTarget::cellDel(cell);
+    }
 
 private:
-    friend class WeakTarget;
-    WeakPtrBase * next_ = nullptr;
-    WeakPtrBase ** previous_ = nullptr;  // What points at this: the target's list head or a `next_`.
-};
-
-// The end of a target's weak references: a member of every class that `WeakPtr` points at.
-class VEL_EXPORT WeakTarget {
-public:
-    WeakTarget() noexcept = default;
-    ~WeakTarget();
-    WeakTarget(WeakTarget const &) = delete;
-    WeakTarget & operator=(WeakTarget const &) = delete;
-
-private:
-    friend class WeakPtrBase;
-    WeakPtrBase * first_ = nullptr;
+    WeakTarget::Cell * cell_ = nullptr;
 };
 
 // `T` offers `Vel::WeakTarget & weakTarget() const`.
@@ -50,17 +77,13 @@ public:
     WeakPtr() noexcept = default;
 
     // Null when nothing was set, and from the moment when the target's destruction is certain.
-    T * get() const noexcept {
-        if (!object_ || object_->isBeingDestroyed()) return nullptr;
-        return const_cast<T *>(static_cast<T const *>(object_));
-    }
-    WeakPtr & operator=(T * target) noexcept {
-        if (target != get()) {
-            leave();
-            if (target) {
-                object_ = target;
-                enter(target->weakTarget());
-            }
+    T * get() const noexcept { return const_cast<T *>(static_cast<T const *>(object())); }
+    // Throws std::bad_alloc, and has then changed nothing.
+    WeakPtr & operator=(T * target) {
+        if (!target) {
+            letGo();
+        } else if (target != get()) {
+            referTo(*target, target->weakTarget());
         }
         return *this;
     }
