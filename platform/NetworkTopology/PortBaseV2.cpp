@@ -29,7 +29,7 @@ PortBaseV2::NotifieeConst::~NotifieeConst() = default;
 
 void PortBaseV2::NotifieeConst::notifierIs(Vel::Ptr<Vel::PtrInterface const> const & notifier) {
     auto portBase = Vel::dynamicPtrCast<PortBaseV2 const>(notifier);
-    if (portBase && follows_ != Kind::any && follows_ != portBase->kind_) portBase = nullptr;
+    if (portBase && follows() != Kind::any && follows() != portBase->kind_) portBase = nullptr;
     Vel::PtrInterface::NotifieeConst::notifierIs(portBase);
 }
 

@@ -98,16 +98,17 @@ private:
     friend class PortGroupV2;
     friend class PortV2;
 
-    explicit NotifieeConst(Kind follows) noexcept : follows_(follows) {}
+    explicit NotifieeConst(Kind follows) noexcept
+        : Vel::PtrInterface::NotifieeConst(static_cast<unsigned>(follows)) {}
 
-    Kind const follows_;
+    Kind follows() const noexcept { return static_cast<Kind>(mark()); }
 };
 
 template <class Reactor, class... Callbacks>
 void PortBaseV2::notifyKind(Callbacks const &... callbacks) const {
     // Reactors of one object follow either its kind or any; those of the latter have no such callback.
     notifiees().notify<NotifieeConst>(*this, [&callbacks](NotifieeConst & reactor) {
-        if (reactor.follows_ != Kind::any) callbacks(static_cast<Reactor &>(reactor));
+        if (reactor.follows() != Kind::any) callbacks(static_cast<Reactor &>(reactor));
     }...);
 }
 

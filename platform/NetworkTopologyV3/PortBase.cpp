@@ -45,7 +45,7 @@ void PortBase::typeIs(PortType type) {
 
 void PortBase::NotifieeConst::notifierIs(Vel::Ptr<Vel::PtrInterface const> const & notifier) {
     auto portBase = Vel::dynamicPtrCast<PortBase const>(notifier);
-    if (portBase && follows_ != Kind::any && portBase->kind_ != follows_) portBase = nullptr;
+    if (portBase && follows() != Kind::any && portBase->kind_ != follows()) portBase = nullptr;
     Vel::PtrInterface::NotifieeConst::notifierIs(portBase);
 }
 

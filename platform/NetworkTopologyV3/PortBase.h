@@ -88,18 +88,19 @@ public:
     virtual void onType() {}
 
 protected:
-    explicit NotifieeConst(Kind follows) noexcept : follows_(follows) {}
+    explicit NotifieeConst(Kind follows) noexcept
+        : Vel::PtrInterface::NotifieeConst(static_cast<unsigned>(follows)) {}
 
 private:
     friend class PortBase;
 
-    Kind const follows_;
+    Kind follows() const noexcept { return static_cast<Kind>(mark()); }
 };
 
 template <class Reactor, class... Callbacks>
 void PortBase::notifyKind(Callbacks const &... callbacks) const {
     notifiees().notify<NotifieeConst>(*this, [this, &callbacks](NotifieeConst & reactor) {
-        if (reactor.follows_ == kind_) callbacks(static_cast<Reactor &>(reactor));
+        if (reactor.follows() == kind_) callbacks(static_cast<Reactor &>(reactor));
     }...);
 }
 

@@ -8,106 +8,75 @@ namespace Vel {
 
 using NotifieeConst = PtrInterface::NotifieeConst;
 
-// A delivery in progress. All deliveries of a thread form a chain, which a reactor that leaves walks: every
-// delivery of its list then steps over it. Nesting is shallow, and usually there is none at all.
-struct NotifieeList::Delivery {
-    NotifieeList const * list;
-    NotifieeConst * next;    // To be called next; null at the end.
-    NotifieeConst * last;    // The last one registered when the change was made.
-    NotifieeConst * called;  // Being called now, or last.
-    bool calledLeft;         // It has left the list, perhaps to enter it again at the end.
-    bool calledIsDestroyed;
-    Delivery * outer;
-    std::exception_ptr failure;  // The first one; null without.
-
-    [[gnu::cold]] void failed(NotifieeConst & reactor, bool isKeptAlive) noexcept;
-};
-
-namespace {
-
-__attribute__((tls_model("initial-exec"))) thread_local void * innermostDelivery = nullptr;
-
-}  // namespace
+constinit thread_local NotifieeList::Delivery * NotifieeList::Delivery::innermost_ = nullptr;
 
 NotifieeList::~NotifieeList() {
     // Reactors hold their notifier, so only an object outside the heap can die with followers.
-    while (first_) leave(*first_);
-    for (auto * d = static_cast<Delivery *>(innermostDelivery); d; d = d->outer) {
-        if (d->list == this) d->list = nullptr;
+    while (last_) leave(*last_);
+    for (Delivery * d = Delivery::innermost_; d; d = d->outer_) {
+        if (d->list_ == this) d->list_ = nullptr;
     }
 }
 
 void NotifieeList::enter(NotifieeConst & reactor) noexcept {
-    if (first_) {
-        reactor.next_ = first_;
-        reactor.previous_ = first_->previous_;
-        first_->previous_->next_ = &reactor;
-        first_->previous_ = &reactor;
+    if (last_) {
+        reactor.nextIs(last_->next());
+        last_->nextIs(&reactor);
     } else {
-        reactor.next_ = reactor.previous_ = first_ = &reactor;
+        reactor.nextIs(&reactor);
     }
+    last_ = &reactor;
 }
 
 void NotifieeList::leave(NotifieeConst & reactor) noexcept {
-    for (auto * d = static_cast<Delivery *>(innermostDelivery); d; d = d->outer) {
-        if (d->list != this) continue;
-        if (d->called == &reactor) d->calledLeft = true;
-        if (d->next == &reactor) d->next = d->last == &reactor ? nullptr : reactor.next_;
-        if (d->last == &reactor) d->last = reactor.previous_;
+    NotifieeConst * previous = last_;
+    while (previous->next() != &reactor) previous = previous->next();
+    NotifieeConst * const next = reactor.next();
+    for (Delivery * d = Delivery::innermost_; d; d = d->outer_) {
+        if (d->list_ != this) continue;
+        if (d->called_ == &reactor) d->calledLeft_ = true;
+        if (d->next_ == &reactor) d->next_ = d->last_ == &reactor ? nullptr : next;
+        if (d->last_ == &reactor) d->last_ = previous;
     }
-    if (reactor.next_ == &reactor) {
-        first_ = nullptr;
-    } else {
-        reactor.previous_->next_ = reactor.next_;
-        reactor.next_->previous_ = reactor.previous_;
-        if (first_ == &reactor) first_ = reactor.next_;
-    }
-    reactor.next_ = reactor.previous_ = nullptr;
+    previous->nextIs(next);
+    if (last_ == &reactor) last_ = previous == &reactor ? nullptr : previous;
+    reactor.nextIs(nullptr);
 }
 
 void NotifieeList::deliver(PtrInterface const & notifier, Call first, void const * firstCallback, Call second,
                            void const * secondCallback) const {
     KeepAlive const keepNotifier(notifier);
-    Delivery delivery{.list = this,
-                      .next = first_,
-                      .last = first_->previous_,
-                      .called = nullptr,
-                      .calledLeft = false,
-                      .calledIsDestroyed = false,
-                      .outer = static_cast<Delivery *>(innermostDelivery),
-                      .failure = nullptr};
-    innermostDelivery = &delivery;
+    Delivery delivery(*this);
+    delivery.next_ = last_->next();
+    delivery.last_ = last_;
+    std::exception_ptr failure;  // The first one; null without.
     do {
-        NotifieeConst & reactor = *delivery.next;
-        delivery.next = &reactor == delivery.last ? nullptr : reactor.next_;
+        NotifieeConst & reactor = *delivery.next_;
+        delivery.next_ = &reactor == delivery.last_ ? nullptr : reactor.next();
         if (!reactor.takesCallbacks()) continue;
-        delivery.called = &reactor;
-        delivery.calledLeft = delivery.calledIsDestroyed = false;
+        delivery.calledIs(reactor);
         KeepAlive const keepReactor(reactor);
+        auto const failed = [&] {
+            if (!failure) failure = std::current_exception();
+            if (keepReactor.holds() || !delivery.calledIsDestroyed_) failedAlone(reactor);
+        };
         try {
             first(reactor, firstCallback);
         } catch (...) {
-            delivery.failed(reactor, keepReactor.holds());
+            failed();
         }
-        if (!second || delivery.calledLeft || delivery.calledIsDestroyed || !reactor.takesCallbacks())
-            continue;
+        if (!second || !delivery.calledStayed() || !reactor.takesCallbacks()) continue;
         try {
             second(reactor, secondCallback);
         } catch (...) {
-            delivery.failed(reactor, keepReactor.holds());
+            failed();
         }
-    } while (delivery.next);
-    innermostDelivery = delivery.outer;
-    if (delivery.failure) [[unlikely]]
-        std::rethrow_exception(delivery.failure);
+    } while (delivery.next_);
+    if (failure) [[unlikely]]
+        std::rethrow_exception(failure);
 }
 
 // Called with the exception in flight.
-void NotifieeList::Delivery::failed(NotifieeConst & reactor, bool isKeptAlive) noexcept {
-    if (!failure) failure = std::current_exception();
-    if (isKeptAlive || !calledIsDestroyed) failedAlone(reactor);
-}
-
 void NotifieeList::failedAlone(NotifieeConst & reactor) noexcept {
     try {
         reactor.onNotificationException();
@@ -117,15 +86,16 @@ void NotifieeList::failedAlone(NotifieeConst & reactor) noexcept {
 
 NotifieeConst::~NotifieeConst() {
     heldIs();
-    for (auto * d = static_cast<NotifieeList::Delivery *>(innermostDelivery); d; d = d->outer) {
-        if (d->called == this) d->calledIsDestroyed = true;
+    for (auto * d = NotifieeList::Delivery::innermost_; d; d = d->outer_) {
+        if (d->called_ == this) d->calledIsDestroyed_ = true;
     }
     registeredIs(false);
 }
 
 void NotifieeConst::zeroReferencesIs(bool zero) {
-    if (zero) onZeroReferences();
-    PtrInterface::zeroReferencesIs(zero);
+    if (!zero) return;
+    onZeroReferences();
+    delete this;
 }
 
 PtrInterface const * NotifieeConst::velReactor() const { return this; }

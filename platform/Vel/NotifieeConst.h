@@ -30,6 +30,8 @@
 //     Delivery on another thread or at a later time; several changes in one delivery.
 #pragma once
 
+#include <cstdint>
+
 #include "platform/Vel/Export.h"
 #include "platform/Vel/HashMap.h"
 #include "platform/Vel/Ptr.h"
@@ -49,7 +51,7 @@ public:
     NotifieeList(NotifieeList const &) = delete;
     NotifieeList & operator=(NotifieeList const &) = delete;
 
-    bool empty() const noexcept { return first_ == nullptr; }
+    bool empty() const noexcept { return last_ == nullptr; }
 
     // Calls `callback(reactor)` on every reactor that is to get the change; `Reactor` is the reactor class
     // that every member of the list has.
@@ -58,16 +60,46 @@ public:
     // Calls `first(reactor)` and then `second(reactor)`, reactor by reactor; the second one also when the
     // first one threw, but not when the first one made the reactor leave.
     template <class Reactor, class First, class Second>
-    void notify(PtrInterface const & notifier, First const & first, Second const & second) const {
-        if (!empty()) {
-            deliver(notifier, &call<Reactor, First>, &first, &call<Reactor, Second>, &second);
-        }
-    }
+    void notify(PtrInterface const & notifier, First const & first, Second const & second) const;
 
 private:
     friend class PtrInterface::NotifieeConst;
-    struct Delivery;
     using Call = void (*)(PtrInterface::NotifieeConst &, void const * callback);
+
+    // A delivery in progress. All deliveries of a thread form a chain, which a reactor that leaves walks:
+    // every delivery of its list then steps over it. Nesting is shallow, and usually there is none at all.
+    class VEL_EXPORT Delivery {
+    public:
+        explicit Delivery(NotifieeList const & list) noexcept : list_(&list), outer_(innermost_) {
+            innermost_ = this;
+        }
+        ~Delivery() { innermost_ = outer_; }
+        Delivery(Delivery const &) = delete;
+        Delivery & operator=(Delivery const &) = delete;
+
+        // `reactor` is called from now on. REQUIRES: it is in the list.
+        void calledIs(PtrInterface::NotifieeConst const & reactor) noexcept {
+            called_ = &reactor;
+            calledLeft_ = calledIsDestroyed_ = false;
+        }
+        // Whether the reactor that was called is there and has been in the list all the time.
+        bool calledStayed() const noexcept { return !calledLeft_ && !calledIsDestroyed_; }
+
+    private:
+        friend class NotifieeList;
+        friend class PtrInterface::NotifieeConst;
+
+        NotifieeList const * list_;  // Null once the list is gone.
+        // Null at the end, and where there is only one to be called.
+        PtrInterface::NotifieeConst * next_ = nullptr;
+        PtrInterface::NotifieeConst * last_ = nullptr;  // The last one registered when the change was made.
+        PtrInterface::NotifieeConst const * called_ = nullptr;  // Being called now, or last.
+        bool calledLeft_ = false;  // It has left the list, perhaps to enter it again at the end.
+        bool calledIsDestroyed_ = false;
+        Delivery * const outer_;
+
+        __attribute__((tls_model("initial-exec"))) static constinit thread_local Delivery * innermost_;
+    };
 
     template <class Reactor, class Callback>
     static void call(PtrInterface::NotifieeConst & reactor, void const * callback);
@@ -80,10 +112,11 @@ private:
     void deliver(PtrInterface const & notifier, Call first, void const * firstCallback, Call second,
                  void const * secondCallback) const;
     void enter(PtrInterface::NotifieeConst & reactor) noexcept;
+    // Looks for the reactor before it, of which there are few.
     void leave(PtrInterface::NotifieeConst & reactor) noexcept;
 
-    // A ring: the first reactor's predecessor is the last one.
-    PtrInterface::NotifieeConst * first_ = nullptr;
+    // A ring: after the last reactor comes the first one.
+    PtrInterface::NotifieeConst * last_ = nullptr;
 };
 
 class VEL_EXPORT PtrInterface::NotifieeConst : public HashMapMember {
@@ -114,10 +147,14 @@ public:
     virtual PtrInterface * actsm();
 
     Ptr<PtrInterface const> const & notifierObject() const noexcept { return notifier_; }
-    bool isRegisteredNotifiee() const noexcept { return next_ != nullptr; }
+    bool isRegisteredNotifiee() const noexcept { return next() != nullptr; }
 
 protected:
-    NotifieeConst() noexcept = default;
+    static constexpr unsigned kMarks = 4;
+
+    // `mark`, which is less than kMarks, is what a class wants to know of its reactors at no cost.
+    explicit NotifieeConst(unsigned mark = 0) noexcept : nextAndMark_(mark) {}
+    unsigned mark() const noexcept { return nextAndMark_ & kMarkBits; }
     // Binds a reactor that has followed nothing yet: for constructors, which know that `notifier` is of the
     // class that their reactor follows.
     void firstNotifierIs(PtrInterface const * notifier) noexcept { notifier_ = notifier; }
@@ -131,14 +168,30 @@ private:
         constexpr std::uint32_t kTested = kNotificationActive | kHeld;
         return (flags() & kTested) == kNotificationActive;
     }
+    bool takesCallbacksAndReferences() const noexcept {
+        std::uint32_t const now = word();
+        return (now & (kNotificationActive | kHeld)) == kNotificationActive && (now & kReferences) != 0;
+    }
 
+    // Of the notifier's list. Null while not registered.
+    NotifieeConst * next() const noexcept {
+        return reinterpret_cast<NotifieeConst *>(nextAndMark_ & ~kMarkBits);
+    }
+    void nextIs(NotifieeConst * next) noexcept {
+        nextAndMark_ = reinterpret_cast<std::uintptr_t>(next) | mark();
+    }
+
+    static constexpr std::uintptr_t kMarkBits = kMarks - 1;
+
+    // There is a reactor for every object of a model, and a cache line for each: hence one word for two
+    // things. The low bits of an object's address are free for the second one.
     Ptr<PtrInterface const> notifier_;
-    mutable NotifieeConst * next_ = nullptr;  // Null while not registered.
-    mutable NotifieeConst * previous_ = nullptr;
+    std::uintptr_t nextAndMark_;
 };
 
 inline PtrInterface::NotifieeConst * NotifieeList::onlyOne() const noexcept {
-    return first_->next_ == first_ && first_->takesCallbacks() && first_->isCounted() ? first_ : nullptr;
+    PtrInterface::NotifieeConst * const last = last_;
+    return last->next() == last && last->takesCallbacksAndReferences() ? last : nullptr;
 }
 
 template <class Reactor, class Callback>
@@ -146,8 +199,7 @@ void NotifieeList::notify(PtrInterface const & notifier, Callback const & callba
     if (empty()) return;
     if (PtrInterface::NotifieeConst * const only = onlyOne()) [[likely]] {
         // Nothing that it may do to the list matters to this delivery, which ends with it.
-        KeepAlive const keepNotifier(notifier);
-        KeepAlive const keepReactor(*only);
+        PtrInterface::Held const held(notifier, *only);
         try {
             callback(static_cast<Reactor &>(*only));
         } catch (...) {
@@ -157,6 +209,38 @@ void NotifieeList::notify(PtrInterface const & notifier, Callback const & callba
         return;
     }
     deliver(notifier, &call<Reactor, Callback>, &callback, nullptr, nullptr);
+}
+
+template <class Reactor, class First, class Second>
+void NotifieeList::notify(PtrInterface const & notifier, First const & first, Second const & second) const {
+    if (empty()) return;
+    if (PtrInterface::NotifieeConst * const only = onlyOne()) [[likely]] {
+        PtrInterface::Held const held(notifier, *only);
+        Delivery delivery(*this);
+        delivery.calledIs(*only);
+        auto & reactor = static_cast<Reactor &>(*only);
+        auto const takesSecond = [&] { return delivery.calledStayed() && only->takesCallbacks(); };
+        try {
+            first(reactor);
+        } catch (...) {
+            failedAlone(reactor);
+            try {
+                if (takesSecond()) second(reactor);
+            } catch (...) {
+                failedAlone(reactor);
+            }
+            throw;
+        }
+        if (!takesSecond()) return;
+        try {
+            second(reactor);
+        } catch (...) {
+            failedAlone(reactor);
+            throw;
+        }
+        return;
+    }
+    deliver(notifier, &call<Reactor, First>, &first, &call<Reactor, Second>, &second);
 }
 
 template <class Reactor, class Callback>

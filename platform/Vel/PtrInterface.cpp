@@ -15,29 +15,34 @@ namespace {
 // enough for a stack of 256 kB.
 constexpr unsigned kNestingLimit = 16;
 
-// A thread-local with a destructor cannot be used by objects that die after it, so the list is made on first
-// need and given back as soon as it has been worked off.
-__attribute__((tls_model("initial-exec"))) thread_local unsigned nesting = 0;
-__attribute__((tls_model("initial-exec"))) thread_local std::vector<PtrInterface *> * waiting = nullptr;
+// The destructions that are running on this thread.
+struct Destructions {
+    unsigned nesting;
+    // A thread-local with a destructor cannot be used by objects that die after it, so the list is made on
+    // first need and given back as soon as it has been worked off.
+    std::vector<PtrInterface *> * waiting;
+};
 
-bool deferred(PtrInterface * object) noexcept {
+__attribute__((tls_model("initial-exec"))) constinit thread_local Destructions destructions{0, nullptr};
+
+[[gnu::cold]] bool deferred(PtrInterface * object) noexcept {
     try {
-        if (!waiting) waiting = new std::vector<PtrInterface *>;
-        waiting->push_back(object);
+        if (!destructions.waiting) destructions.waiting = new std::vector<PtrInterface *>;
+        destructions.waiting->push_back(object);
         return true;
     } catch (std::bad_alloc const &) {
         return false;  // Better one level deeper than lost.
     }
 }
 
-void destroyWaiting() noexcept {
-    std::vector<PtrInterface *> * const list = waiting;
+[[gnu::cold]] void destroyWaiting() noexcept {
+    std::vector<PtrInterface *> * const list = destructions.waiting;
     while (!list->empty()) {
         PtrInterface * const object = list->back();
         list->pop_back();
         object->zeroReferencesIs(true);
     }
-    waiting = nullptr;
+    destructions.waiting = nullptr;
     delete list;
 }
 
@@ -58,15 +63,16 @@ VelType const * PtrInterface::fwkType() const { return nullptr; }
 void PtrInterface::handleZeroRef() const noexcept {
     heldIs();
     auto * const object = const_cast<PtrInterface *>(this);
-    if (nesting >= kNestingLimit && deferred(object)) [[unlikely]]
+    Destructions & running = destructions;
+    if (running.nesting >= kNestingLimit && deferred(object)) [[unlikely]]
         return;
-    ++nesting;
+    ++running.nesting;
     object->zeroReferencesIs(true);
     // What waits is destroyed by the outermost destruction, with the nesting still counted, so that a list
     // that grows while it is worked off is still one list.
-    if (waiting && nesting == 1) [[unlikely]]
+    if (running.waiting && running.nesting == 1) [[unlikely]]
         destroyWaiting();
-    --nesting;
+    --running.nesting;
 }
 
 void PtrInterface::flagIs(std::uint32_t flag, bool on) const noexcept {

@@ -46,6 +46,7 @@ struct VEL_EXPORT VFPtrInterface {
 class VEL_EXPORT PtrInterface {
 public:
     class NotifieeConst;
+    class Held;
 
     // The record of objects of which nothing else is known.
     static VelType const _velType;
@@ -81,8 +82,9 @@ public:
     // True while a counted reference may come and go without destroying the object.
     bool isCounted() const noexcept { return (word() & kCountMask) != 0; }
 
-    void referenceNew() const noexcept;
-    void referenceDel() const noexcept;
+    // In place wherever they are used, which on the path of a change is everywhere.
+    [[gnu::always_inline]] void referenceNew() const noexcept;
+    [[gnu::always_inline]] void referenceDel() const noexcept;
 
     // Destroys the object through `zeroReferencesIs(true)`, now or when the destructors that are running on
     // this thread have ended. REQUIRES: the count is zero.
@@ -131,6 +133,31 @@ inline void PtrInterface::referenceDel() const noexcept {
     if ((--word_ & kCountMask) == 0) [[unlikely]]
         handleZeroRef();
 }
+
+// Keeps two objects alive for a scope, of which the second one goes first. REQUIRES: both are referenced, so
+// that a passing reference destroys neither.
+class PtrInterface::Held {
+public:
+    Held(PtrInterface const & first, PtrInterface const & second) noexcept : first_(first), second_(second) {
+        if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
+            first.referenceNewAtomic();
+            second.referenceNewAtomic();
+        } else {
+            ++first.word_;
+            ++second.word_;
+        }
+    }
+    ~Held() {
+        second_.referenceDel();
+        first_.referenceDel();
+    }
+    Held(Held const &) = delete;
+    Held & operator=(Held const &) = delete;
+
+private:
+    PtrInterface const & first_;
+    PtrInterface const & second_;
+};
 
 // Keeps an object alive for a scope, whoever lets go of it meanwhile; does nothing for an object that is not
 // counted (yet), because a passing reference would destroy it.
