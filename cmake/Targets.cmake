@@ -26,6 +26,11 @@ function(nta_library name)
         SOVERSION ${PROJECT_VERSION_MAJOR}
         POSITION_INDEPENDENT_CODE ON
         INSTALL_RPATH "$ORIGIN")
+    # Nobody replaces a function of these libraries by one of the same name, and a virtual function that is called
+    # is hardly ever the base's own: the first two let the compiler call in place what it sees, the third one
+    # keeps it from guessing.
+    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition -fno-plt
+        -fno-devirtualize-speculatively>)
     if(NTA_SANITIZE)
         # What the tests wait for. A sanitizer finds as much in code that is optimised a little.
         target_compile_options(${target} PRIVATE -O1)
