@@ -33,11 +33,12 @@ void Host::notify(Callbacks const &... callbacks) const {
 }
 
 void Host::hostnameIs(Vel::String hostname) {
-    if (Vel::replaced(hostname_, hostname)) notify([](NotifieeConst & r) { r.onHostname(); });
+    if (Vel::replaced(hostname_, std::move(hostname))) notify([](NotifieeConst & r) { r.onHostname(); });
 }
 
 void Host::mlagDomainIdIs(Vel::String mlagDomainId) {
-    if (Vel::replaced(mlagDomainId_, mlagDomainId)) notify([](NotifieeConst & r) { r.onMlagDomainId(); });
+    if (Vel::replaced(mlagDomainId_, std::move(mlagDomainId)))
+        notify([](NotifieeConst & r) { r.onMlagDomainId(); });
 }
 
 void Host::mlagSystemIdIs(Keln::EthAddr const & mlagSystemId) {

@@ -26,10 +26,10 @@ private:
 
 // Stores `value` in `field` and tells whether that changed it. Every mutator asks, because an equal write
 // changes nothing and notifies nobody.
-template <class T>
-bool replaced(T & field, T const & value) {
+template <class T, class Value>
+bool replaced(T & field, Value && value) {
     if (field == value) return false;
-    field = value;
+    field = std::forward<Value>(value);
     return true;
 }
 

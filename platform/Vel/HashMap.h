@@ -81,6 +81,16 @@ protected:
     // Inserts `member` under its key, which has that hash. REQUIRES: no member stands under that key, and
     // `member` stands nowhere.
     void newMemberG(Ptr<HashMapMember> member, std::uint32_t hash, KeyTable const & keys) noexcept;
+    // The same if the member's bucket is there and empty; else nothing is done, and it returns false.
+    bool newMemberAlone(Ptr<HashMapMember> & member, std::uint32_t hash) noexcept {
+        Ptr<HashMapMember> & link = *linkAtHash(hash);
+        if (link || size_ >= buckets()) return false;
+        member->bucketHash_ = hash;
+        link = std::move(member);
+        ++size_;
+        ++modificationCount_;
+        return true;
+    }
     // The links of the bucket in which members of that hash stand, one after the other; the last one is null.
     Ptr<HashMapMember> * linkAtHash(std::uint32_t hash) noexcept {
         return &buckets_[bucketOf(hash, bucketBits_)];
@@ -330,7 +340,8 @@ public:
         newMember(hash, std::move(member));
     }
     void newMember(std::uint32_t hash, Ptr<Member> member) noexcept {
-        newMemberG(std::move(member), hash, kKeys);
+        Ptr<HashMapMember> inserted(std::move(member));
+        if (!newMemberAlone(inserted, hash)) newMemberG(std::move(inserted), hash, kKeys);
     }
     // Takes the member of that key out and returns it; null when there is none.
     Ptr<Member> deleteMember(Key const & key) noexcept {

@@ -51,14 +51,14 @@ public:
     private:
         friend class String;
         static Data * newData(std::string_view bytes);
-        void referenceNew() noexcept {
+        [[gnu::always_inline]] void referenceNew() noexcept {
             if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
                 std::atomic_ref<std::uint32_t>(references_).fetch_add(1, std::memory_order_relaxed);
             } else {
                 ++references_;
             }
         }
-        void referenceDel() noexcept {
+        [[gnu::always_inline]] void referenceDel() noexcept {
             if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
                 referenceDelAtomic();
             } else if (--references_ == 0) [[unlikely]] {
@@ -108,7 +108,9 @@ public:
     std::uint32_t reversedHash() const noexcept { return data_ ? data_->reversedHash() : 0; }
 
     friend bool operator==(String const & a, String const & b) noexcept {
-        return a.data_ == b.data_ || (a.reversedHash() == b.reversedHash() && a.view() == b.view());
+        if (a.data_ == b.data_) return true;
+        return a.data_ && b.data_ && a.data_->reversedHash() == b.data_->reversedHash() &&
+               a.view() == b.view();
     }
     friend bool operator==(String const & a, Text auto const & b) noexcept {
         return a.view() == std::string_view(b);
