@@ -9,23 +9,25 @@
 
 namespace NetworkTopologyAggregator {
 
-PortBaseFinder::PortBaseFinder(Vel::Ptr<NetworkTopology::HostV2 const> const & hostV2,
-                               Vel::Ptr<NetworkTopologyV3::Host> const & hostV3)
-    : hostV2_(hostV2), hostV3_(hostV3) {}
+PortBaseFinder::Ptr PortBaseFinder::PortBaseFinderIs(Vel::Ptr<NetworkTopology::HostV2 const> hostV2,
+                                                     Vel::Ptr<NetworkTopologyV3::Host> hostV3) {
+    Ptr finder = new PortBaseFinder(std::move(hostV2), std::move(hostV3));
+    finder->hasNotificationActiveIs(true);
+    return finder;
+}
 
 PortBaseFinder::~PortBaseFinder() = default;
 
 void PortBaseFinder::visitPort(Vel::Ptr<NetworkTopology::PortV2 const> const & port) {
-    result_ = hostV3_ && port ? NetworkTopologyV3::PortBase::Ptr(hostV3_->port(port->name())) : nullptr;
+    result_ = hostV3_ && port ? hostV3_->findPort(port->name()) : nullptr;
 }
 
 void PortBaseFinder::visitPortGroup(Vel::Ptr<NetworkTopology::PortGroupV2 const> const & group) {
-    result_ =
-        hostV3_ && group ? NetworkTopologyV3::PortBase::Ptr(hostV3_->portGroup(group->name())) : nullptr;
+    result_ = hostV3_ && group ? hostV3_->findPortGroup(group->name()) : nullptr;
 }
 
 void PortBaseFinder::visitMlag(Vel::Ptr<NetworkTopology::MlagV2 const> const & mlag) {
-    result_ = hostV3_ && mlag ? NetworkTopologyV3::PortBase::Ptr(hostV3_->mlag(mlag->name())) : nullptr;
+    result_ = hostV3_ && mlag ? hostV3_->findMlag(mlag->name()) : nullptr;
 }
 
 NetworkTopologyV3::PortBase::Ptr
@@ -37,9 +39,7 @@ PortBaseFinder::find(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portBas
 
 Vel::Ptr<PortBaseFinder> portBaseFinderFactory(Vel::Ptr<NetworkTopology::HostV2 const> const & hostV2,
                                                Vel::Ptr<NetworkTopologyV3::Host> const & hostV3) {
-    Vel::Ptr<PortBaseFinder> const finder = new PortBaseFinder(hostV2, hostV3);
-    finder->hasNotificationActiveIs(true);
-    return finder;
+    return PortBaseFinder::PortBaseFinderIs(hostV2, hostV3);
 }
 
 }  // namespace NetworkTopologyAggregator

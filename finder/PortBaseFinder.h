@@ -8,6 +8,8 @@
 // version-2 port finds only a version-3 port, never a port group of the same name.
 #pragma once
 
+#include <utility>
+
 #include "platform/NetworkTopology/HostV2.h"
 #include "platform/NetworkTopology/PortBaseVisitor.h"
 #include "platform/NetworkTopologyV3/Host.h"
@@ -27,9 +29,17 @@ public:
     static Vel::VelType const _velType;
     Vel::VelType const * fwkType() const override;
 
+    // A finder whose notifications are on.
+    static Ptr PortBaseFinderIs(Vel::Ptr<NetworkTopology::HostV2 const> hostV2,
+                                Vel::Ptr<NetworkTopologyV3::Host> hostV3);
+
     // Both hosts are kept alive; null is allowed, but a finder without a version-3 host finds nothing.
     PortBaseFinder(Vel::Ptr<NetworkTopology::HostV2 const> const & hostV2,
-                   Vel::Ptr<NetworkTopologyV3::Host> const & hostV3);
+                   Vel::Ptr<NetworkTopologyV3::Host> const & hostV3) noexcept
+        : hostV2_(hostV2), hostV3_(hostV3) {}
+    PortBaseFinder(Vel::Ptr<NetworkTopology::HostV2 const> && hostV2,
+                   Vel::Ptr<NetworkTopologyV3::Host> && hostV3) noexcept
+        : hostV2_(std::move(hostV2)), hostV3_(std::move(hostV3)) {}
     ~PortBaseFinder() override;
 
     // Null finds nothing.
@@ -53,9 +63,8 @@ private:
     NetworkTopologyV3::PortBase::Ptr result_;
 };
 
-// Makes a finder and switches its notifications on.
+// As PortBaseFinder::PortBaseFinderIs.
 VEL_EXPORT Vel::Ptr<PortBaseFinder>
 portBaseFinderFactory(Vel::Ptr<NetworkTopology::HostV2 const> const & hostV2,
                       Vel::Ptr<NetworkTopologyV3::Host> const & hostV3);
-
 }  // namespace NetworkTopologyAggregator

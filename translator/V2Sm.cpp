@@ -247,13 +247,9 @@ NetworkTopologyV3::Host::Ptr V2Sm::toHostV3(Vel::Ptr<NetworkTopology::HostV2 con
     return hostV3Of(hostV2.get());
 }
 
-inline NetworkTopologyV3::Host::Ptr V2Sm::hostV3Of(NetworkTopology::HostV2 const * hostV2) const {
+inline NetworkTopologyV3::Host * V2Sm::hostV3Of(NetworkTopology::HostV2 const * hostV2) const noexcept {
     NetworkTopologyV3::Status * const status = output();
-    return hostV2 && status ? status->host(hostV2->name()) : nullptr;
-}
-
-inline NetworkTopologyV3::Host::Ptr V2Sm::hostV3Of(NetworkTopology::PortBaseV2 const & member) const {
-    return hostV3Of(member.host());
+    return hostV2 && status ? status->findHost(hostV2->name()) : nullptr;
 }
 
 NetworkTopologyV3::PortBase::Ptr
@@ -261,17 +257,17 @@ V2Sm::toPortBaseV3(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portV2) {
     traced("NetworkTopologyV3::PortBase::Ptr NetworkTopologyAggregator::V2Sm::toPortBaseV3(const PtrConst&)",
            "toPortBaseV3");
     if (!portV2) return nullptr;
-    NetworkTopology::HostV2 const * const hostV2 = portV2->host();
-    auto const hostV3 = hostV3Of(hostV2);
+    Vel::Ptr<NetworkTopology::HostV2 const> hostV2 = portV2->host();
+    NetworkTopologyV3::Host::Ptr hostV3 = hostV3Of(hostV2.get());
     if (!hostV3) return nullptr;
-    return portBaseFinderFactory(hostV2, hostV3)->find(portV2);
+    return PortBaseFinder::PortBaseFinderIs(std::move(hostV2), std::move(hostV3))->find(portV2);
 }
 
 NetworkTopologyV3::Port * V2Sm::toPortV3(Vel::Ptr<NetworkTopology::PortV2 const> const & portV2) {
     traced("NetworkTopologyV3::Port* NetworkTopologyAggregator::V2Sm::toPortV3(const PtrConst&)", "toPortV3");
     if (!portV2) return nullptr;
-    auto const hostV3 = hostV3Of(*portV2);
-    return hostV3 ? hostV3->port(portV2->name()).get() : nullptr;
+    NetworkTopologyV3::Host const * const hostV3 = hostV3Of(portV2->host());
+    return hostV3 ? hostV3->findPort(portV2->name()) : nullptr;
 }
 
 NetworkTopologyV3::PortGroup *
@@ -279,16 +275,16 @@ V2Sm::toPortGroupV3(Vel::Ptr<NetworkTopology::PortGroupV2 const> const & pgV2) {
     traced("NetworkTopologyV3::PortGroup* NetworkTopologyAggregator::V2Sm::toPortGroupV3(const PtrConst&)",
            "toPortGroupV3");
     if (!pgV2) return nullptr;
-    auto const hostV3 = hostV3Of(*pgV2);
-    return hostV3 ? hostV3->portGroup(pgV2->name()).get() : nullptr;
+    NetworkTopologyV3::Host const * const hostV3 = hostV3Of(pgV2->host());
+    return hostV3 ? hostV3->findPortGroup(pgV2->name()) : nullptr;
 }
 
 NetworkTopologyV3::MlagPort * V2Sm::toMlagV3(Vel::Ptr<NetworkTopology::MlagV2 const> const & mlagV2) {
     traced("NetworkTopologyV3::MlagPort* NetworkTopologyAggregator::V2Sm::toMlagV3(const PtrConst&)",
            "toMlagV3");
     if (!mlagV2) return nullptr;
-    auto const hostV3 = hostV3Of(*mlagV2);
-    return hostV3 ? hostV3->mlag(mlagV2->name()).get() : nullptr;
+    NetworkTopologyV3::Host const * const hostV3 = hostV3Of(mlagV2->host());
+    return hostV3 ? hostV3->findMlag(mlagV2->name()) : nullptr;
 }
 
 NetworkTopologyV3::PortType V2Sm::toPortTypeV3(NetworkTopology::PortTypeV2 portTypeV2) {

@@ -152,9 +152,8 @@ private:
 
     // The bound output, without a reference of its own: for as long as nothing is written. Null when unbound.
     NetworkTopologyV3::Status * output() const noexcept;
-    // The version-3 host of the host that holds `member`; null when either is missing.
-    NetworkTopologyV3::Host::Ptr hostV3Of(NetworkTopology::PortBaseV2 const & member) const;
-    NetworkTopologyV3::Host::Ptr hostV3Of(NetworkTopology::HostV2 const * hostV2) const;
+    // The version-3 host of that name; null for null, and where there is none.
+    NetworkTopologyV3::Host * hostV3Of(NetworkTopology::HostV2 const * hostV2) const noexcept;
     void populateHost(NetworkTopology::HostV2 const & hostV2, NetworkTopologyV3::Status & v3);
     void populateEdge(NetworkTopology::DirectedEdgeV2 const & edgeV2, NetworkTopologyV3::Status & v3);
     // No reactor calls back into a dying root.

@@ -40,8 +40,9 @@ NetworkTopologyV3::DirectedEdge::Ptr V2Sm::VelEdge::createV3Edge() {
     traced("NetworkTopologyV3::DirectedEdge::Ptr NetworkTopologyAggregator::V2Sm::VelEdge::createV3Edge()",
            "createV3Edge");
     if (!sm_) return nullptr;
-    auto const fromPort = sm_->toPortBaseV3(fwkKey());
-    auto const status = sm_->v3();
+    NetworkTopology::DirectedEdgeV2 const * const edge = notifier();
+    auto const fromPort = edge ? sm_->toPortBaseV3(edge->fromPort()) : sm_->toPortBaseV3(nullptr);
+    NetworkTopologyV3::Status * const status = sm_->output();
     return fromPort && status ? status->edgeIs(fromPort->portKey()) : nullptr;
 }
 
@@ -53,28 +54,31 @@ void V2Sm::VelEdge::onToPortvelImmediate() {}
 
 void V2Sm::VelEdge::handleToPort(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & toPort) {
     traced("void NetworkTopologyAggregator::V2Sm::VelEdge::handleToPort(const PtrConst&)", "handleToPort");
-    if (!v3Edge_) {
-        Vel::KeepAlive const keepThis(*this);
-        v3Edge_ = createV3Edge();
-        Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const edge = notifier();
-        if (v3Edge_ && edge) {
-            for (auto const & destination : edge->toPort()) {
-                if (notifier() != edge.get()) break;
-                writeToPort(destination.key());
-            }
-        }
+    if (v3Edge_) [[likely]] {
         writeToPort(toPort);
         return;
     }
+    Vel::KeepAlive const keepThis(*this);
+    writeAllToPorts();
     writeToPort(toPort);
+}
+
+void V2Sm::VelEdge::writeAllToPorts() {
+    v3Edge_ = createV3Edge();
+    Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const edge = notifier();
+    if (!v3Edge_ || !edge) return;
+    for (auto const & destination : edge->toPort()) {
+        if (notifier() != edge.get()) break;
+        writeToPort(destination.key());
+    }
 }
 
 void V2Sm::VelEdge::writeToPort(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & toPort) {
     if (!sm_ || !notifier()) return;
     auto const portV3 = sm_->toPortBaseV3(toPort);
     if (!portV3 || !v3Edge_) return;
-    if (auto const flag = notifier()->toPort(toPort)) {
-        v3Edge_->toPortIs(portV3->portKey(), *flag);
+    if (auto const * const entry = notifier()->toPortEntry(toPort)) {
+        v3Edge_->toPortIs(portV3->portKey(), entry->value());
     } else {
         v3Edge_->toPortDel(portV3->portKey());
     }
@@ -82,12 +86,13 @@ void V2Sm::VelEdge::writeToPort(Vel::Ptr<NetworkTopology::PortBaseV2 const> cons
 
 void V2Sm::VelEdge::cleanup() {
     traced("void NetworkTopologyAggregator::V2Sm::VelEdge::cleanup()", "cleanup");
-    FromPort const fromPort = fwkKey();
+    NetworkTopology::DirectedEdgeV2 const * const edge = notifier();
+    NetworkTopology::PortBaseV2 const * const fromPort = edge ? edge->fromPort().get() : nullptr;
     NetworkTopology::HostV2 const * const host = fromPort ? fromPort->host() : nullptr;
     if (!host || !sm_ || !v3Edge_) return;
-    auto const status = sm_->v3();
-    if (!status || !status->host(host->name())) return;
-    if (auto const portV3 = sm_->toPortBaseV3(fromPort)) status->edgeDel(portV3->portKey());
+    NetworkTopologyV3::Status * const status = sm_->output();
+    if (!status || !status->findHost(host->name())) return;
+    if (auto const portV3 = sm_->toPortBaseV3(edge->fromPort())) status->edgeDel(portV3->portKey());
 }
 
 }  // namespace NetworkTopologyAggregator

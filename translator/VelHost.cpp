@@ -161,16 +161,19 @@ Vel::Ptr<Reactor> V2Sm::VelHost::memberIs(Vel::HashMap<Reactor, Vel::Name, VelHo
 
 Vel::Ptr<V2Sm::VelHost::VelPort>
 V2Sm::VelHost::newPort(Vel::Ptr<NetworkTopology::PortV2 const> const & port) {
+    Vel::KeepAlive const keepThis(*this);
     return newReactor(port_, port, this);
 }
 
 Vel::Ptr<V2Sm::VelHost::VelPortGroup>
 V2Sm::VelHost::newPortGroup(Vel::Ptr<NetworkTopology::PortGroupV2 const> const & portGroup) {
+    Vel::KeepAlive const keepThis(*this);
     return newReactor(portGroup_, portGroup, this);
 }
 
 Vel::Ptr<V2Sm::VelHost::VelMlag>
 V2Sm::VelHost::newMlag(Vel::Ptr<NetworkTopology::MlagV2 const> const & mlag) {
+    Vel::KeepAlive const keepThis(*this);
     return newReactor(mlag_, mlag, this);
 }
 
@@ -243,23 +246,23 @@ void V2Sm::VelHost::mlagDelAll() {
 
 void V2Sm::VelHost::onPort(Vel::Name name) {
     Vel::KeepAlive const keepThis(*this);
-    reconcileKey([&] { return notifier(); }, [&] { return notifier()->port(name); },
-                 [&](Vel::Ptr<NetworkTopology::PortV2 const> const & port) { portIs(port); },
-                 [&] { portDel(name); });
+    reconcileKey<NetworkTopology::PortV2>([&] { return notifier(); },
+                                          [&] { return notifier()->findPort(name); },
+                                          [&](auto const & port) { portIs(port); }, [&] { portDel(name); });
 }
 
 void V2Sm::VelHost::onPortGroup(Vel::Name name) {
     Vel::KeepAlive const keepThis(*this);
-    reconcileKey([&] { return notifier(); }, [&] { return notifier()->portGroup(name); },
-                 [&](Vel::Ptr<NetworkTopology::PortGroupV2 const> const & group) { portGroupIs(group); },
-                 [&] { portGroupDel(name); });
+    reconcileKey<NetworkTopology::PortGroupV2>(
+        [&] { return notifier(); }, [&] { return notifier()->findPortGroup(name); },
+        [&](auto const & group) { portGroupIs(group); }, [&] { portGroupDel(name); });
 }
 
 void V2Sm::VelHost::onMlag(Vel::Name name) {
     Vel::KeepAlive const keepThis(*this);
-    reconcileKey([&] { return notifier(); }, [&] { return notifier()->mlag(name); },
-                 [&](Vel::Ptr<NetworkTopology::MlagV2 const> const & mlag) { mlagIs(mlag); },
-                 [&] { mlagDel(name); });
+    reconcileKey<NetworkTopology::MlagV2>([&] { return notifier(); },
+                                          [&] { return notifier()->findMlag(name); },
+                                          [&](auto const & mlag) { mlagIs(mlag); }, [&] { mlagDel(name); });
 }
 
 void V2Sm::VelHost::reconcilePorts() {
@@ -268,7 +271,7 @@ void V2Sm::VelHost::reconcilePorts() {
     reconcile(
         host->port(), port_, [&] { return notifier() == host.get(); },
         [&](Vel::Ptr<NetworkTopology::PortV2 const> const & port) { portIs(port); },
-        [&](Vel::Name const & name) { return bool(host->port(name)); },
+        [&](Vel::Name const & name) { return host->findPort(name) != nullptr; },
         [&](Vel::Name const & name) { portDel(name); });
 }
 
@@ -278,7 +281,7 @@ void V2Sm::VelHost::reconcilePortGroups() {
     reconcile(
         host->portGroup(), portGroup_, [&] { return notifier() == host.get(); },
         [&](Vel::Ptr<NetworkTopology::PortGroupV2 const> const & group) { portGroupIs(group); },
-        [&](Vel::Name const & name) { return bool(host->portGroup(name)); },
+        [&](Vel::Name const & name) { return host->findPortGroup(name) != nullptr; },
         [&](Vel::Name const & name) { portGroupDel(name); });
 }
 
@@ -288,7 +291,7 @@ void V2Sm::VelHost::reconcileMlags() {
     reconcile(
         host->mlag(), mlag_, [&] { return notifier() == host.get(); },
         [&](Vel::Ptr<NetworkTopology::MlagV2 const> const & mlag) { mlagIs(mlag); },
-        [&](Vel::Name const & name) { return bool(host->mlag(name)); },
+        [&](Vel::Name const & name) { return host->findMlag(name) != nullptr; },
         [&](Vel::Name const & name) { mlagDel(name); });
 }
 

@@ -200,9 +200,11 @@ protected:
     V2Sm * sm() const noexcept { return owner_ ? owner_->owner() : nullptr; }
     // The version-3 host of the host reactor's name; null where there is none, or no translator. A host
     // reactor without a host has no name: the version-3 host that happens to be called "" is somebody else's.
-    NetworkTopologyV3::Host::Ptr hostV3() const noexcept {
-        NetworkTopologyV3::Status * const status = sm() && owner_->notifier() ? sm()->output() : nullptr;
-        return status ? status->host(owner_->name()) : nullptr;
+    NetworkTopologyV3::Host * hostV3() const noexcept {
+        V2Sm * const translator = sm();
+        NetworkTopology::HostV2 const * const host = translator ? owner_->notifier() : nullptr;
+        NetworkTopologyV3::Status * const status = host ? translator->output() : nullptr;
+        return status ? status->findHost(host->name()) : nullptr;
     }
     Vel::Ptr<Output> const & output() const noexcept { return output_; }
     void outputIs(Vel::Ptr<Output> const & output) { output_ = output; }

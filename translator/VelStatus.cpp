@@ -34,9 +34,9 @@ void V2Sm::VelV2::notifierIs(Vel::Ptr<Vel::PtrInterface const> const & notifier)
 
 void V2Sm::VelV2::onHost(Vel::Name name) {
     Vel::KeepAlive const keepThis(*this);
-    reconcileKey([&] { return owner_ && notifier(); }, [&] { return notifier()->host(name); },
-                 [&](Vel::Ptr<NetworkTopology::HostV2 const> const & host) { owner_->hostIs(host); },
-                 [&] { owner_->hostDel(name); });
+    reconcileKey<NetworkTopology::HostV2>(
+        [&] { return owner_ && notifier(); }, [&] { return notifier()->findHost(name); },
+        [&](auto const & host) { owner_->hostIs(host); }, [&] { owner_->hostDel(name); });
 }
 
 void V2Sm::VelV2::onHostvelImmediate() {
@@ -47,7 +47,7 @@ void V2Sm::VelV2::onHostvelImmediate() {
     reconcile(
         status->host(), owner_->host_, [&] { return owner_ && notifier() == status.get(); },
         [&](Vel::Ptr<NetworkTopology::HostV2 const> const & host) { owner_->hostIs(host); },
-        [&](Vel::Name const & name) { return bool(status->host(name)); },
+        [&](Vel::Name const & name) { return status->findHost(name) != nullptr; },
         [&](Vel::Name const & name) { owner_->hostDel(name); });
 }
 
@@ -60,9 +60,9 @@ void V2Sm::VelV2::onLocalhost() {
 void V2Sm::VelV2::onEdge(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & fromPort) {
     Vel::KeepAlive const keepThis(*this);
     FromPort const key = fromPort;  // The caller's may live in what goes away meanwhile.
-    reconcileKey([&] { return owner_ && notifier(); }, [&] { return notifier()->edge(key); },
-                 [&](Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const & edge) { owner_->edgeIs(edge); },
-                 [&] { owner_->edgeDel(key); });
+    reconcileKey<NetworkTopology::DirectedEdgeV2>(
+        [&] { return owner_ && notifier(); }, [&] { return notifier()->findEdge(key); },
+        [&](auto const & edge) { owner_->edgeIs(edge); }, [&] { owner_->edgeDel(key); });
 }
 
 void V2Sm::VelV2::onEdgevelImmediate() {
@@ -73,7 +73,7 @@ void V2Sm::VelV2::onEdgevelImmediate() {
     reconcile(
         status->edge(), owner_->edge_, [&] { return owner_ && notifier() == status.get(); },
         [&](Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const & edge) { owner_->edgeIs(edge); },
-        [&](FromPort const & fromPort) { return bool(status->edge(fromPort)); },
+        [&](FromPort const & fromPort) { return status->findEdge(fromPort) != nullptr; },
         [&](FromPort const & fromPort) { owner_->edgeDel(fromPort); });
 }
 

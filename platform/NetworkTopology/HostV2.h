@@ -26,7 +26,8 @@ class StatusV2;
 //     `xIs(name)` returns the member of that name after making it if there is none. `xIs(object)` adds an
 //     object that no host holds, in the place of the one of that name; it throws RangeException for null and
 //     for an object that another host holds. Adding what the host holds already changes nothing.
-//     `xDel(name)` returns what it removed, or null.
+//     `xDel(name)` returns what it removed, or null. `findX(name)` is the lookup without a reference: valid
+//     while the host holds the member.
 //
 // Callbacks of collections
 //     A change of one entry calls the callback with its key and then the one without. `xDelAll()` calls
@@ -79,6 +80,7 @@ public:
     Members<PortV2>::ConstRange port() const noexcept { return {port_, *this}; }
     Vel::Ptr<PortV2> port(Vel::Name const & name) noexcept { return port_[name]; }
     Vel::Ptr<PortV2 const> port(Vel::Name const & name) const noexcept { return port_[name]; }
+    PortV2 const * findPort(Vel::Name const & name) const noexcept { return port_[name]; }
     Vel::Ptr<PortV2> portIs(Vel::Name name);
     Vel::Ptr<PortV2> portIs(Vel::Ptr<PortV2> port);
     Vel::Ptr<PortV2> portDel(Vel::Name name);
@@ -88,6 +90,7 @@ public:
     Members<PortGroupV2>::ConstRange portGroup() const noexcept { return {portGroup_, *this}; }
     Vel::Ptr<PortGroupV2> portGroup(Vel::Name const & name) noexcept { return portGroup_[name]; }
     Vel::Ptr<PortGroupV2 const> portGroup(Vel::Name const & name) const noexcept { return portGroup_[name]; }
+    PortGroupV2 const * findPortGroup(Vel::Name const & name) const noexcept { return portGroup_[name]; }
     Vel::Ptr<PortGroupV2> portGroupIs(Vel::Name name);
     Vel::Ptr<PortGroupV2> portGroupIs(Vel::Ptr<PortGroupV2> group);
     Vel::Ptr<PortGroupV2> portGroupDel(Vel::Name name);
@@ -97,6 +100,7 @@ public:
     Members<MlagV2>::ConstRange mlag() const noexcept { return {mlag_, *this}; }
     Vel::Ptr<MlagV2> mlag(Vel::Name const & name) noexcept { return mlag_[name]; }
     Vel::Ptr<MlagV2 const> mlag(Vel::Name const & name) const noexcept { return mlag_[name]; }
+    MlagV2 const * findMlag(Vel::Name const & name) const noexcept { return mlag_[name]; }
     // An MLAG that is there already keeps its secondary name.
     Vel::Ptr<MlagV2> mlagIs(Vel::Name name, Vel::Name secondaryName);
     Vel::Ptr<MlagV2> mlagIs(Vel::Ptr<MlagV2> mlag);

@@ -17,7 +17,8 @@ namespace NetworkTopology {
 //     `xIs(key)` returns the member of that key after making it if there is none. `xIs(object)` adds an
 //     object that no status holds, in the place of the one of that key; it throws RangeException for null and
 //     for an object that another status holds. Adding what the status holds already changes nothing.
-//     `xDel(key)` returns what it removed, or null.
+//     `xDel(key)` returns what it removed, or null. `findX(key)` is the lookup without a reference: valid
+//     while the status holds the member.
 class VEL_EXPORT StatusV2 final : public Vel::Entity, public Vel::AllocTracked<StatusV2> {
 public:
     using Ptr = Vel::Ptr<StatusV2>;
@@ -35,6 +36,7 @@ public:
     Hosts::ConstRange host() const noexcept { return {host_, *this}; }
     Vel::Ptr<HostV2> host(Vel::Name const & name) noexcept { return host_[name]; }
     Vel::Ptr<HostV2 const> host(Vel::Name const & name) const noexcept { return host_[name]; }
+    HostV2 const * findHost(Vel::Name const & name) const noexcept { return host_[name]; }
     Vel::Ptr<HostV2> hostIs(Vel::Name name);
     Vel::Ptr<HostV2> hostIs(Vel::Ptr<HostV2> host);
     Vel::Ptr<HostV2> hostDel(Vel::Name name);
@@ -51,6 +53,9 @@ public:
         return edge_[fromPort];
     }
     Vel::Ptr<DirectedEdgeV2 const> edge(Vel::Ptr<PortBaseV2 const> const & fromPort) const noexcept {
+        return edge_[fromPort];
+    }
+    DirectedEdgeV2 const * findEdge(Vel::Ptr<PortBaseV2 const> const & fromPort) const noexcept {
         return edge_[fromPort];
     }
     Vel::Ptr<DirectedEdgeV2> edgeIs(Vel::Ptr<PortBaseV2 const> fromPort);

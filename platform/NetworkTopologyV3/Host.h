@@ -59,11 +59,13 @@ public:
     void mlagPeerLinkIs(Vel::Ptr<PortBase const> const & mlagPeerLink);
 
     // Members by name: a lookup gives null where there is none, `Is` makes it, `Del` returns what it took
-    // out, null when there was none.
+    // out, null when there was none. `find` is the lookup without a reference: valid while the host holds the
+    // member.
     Members<Port>::Range port() noexcept { return {port_, *this}; }
     Members<Port>::ConstRange port() const noexcept { return {port_, *this}; }
     Vel::Ptr<Port> port(Vel::Name const & name) noexcept { return port_[name]; }
     Vel::Ptr<Port const> port(Vel::Name const & name) const noexcept { return port_[name]; }
+    Port * findPort(Vel::Name const & name) const noexcept { return port_[name]; }
     Vel::Ptr<Port> portIs(Vel::Name name);
     // Before many members are added: room for so many of each kind. A hint, which changes
     // nothing that can be seen.
@@ -75,6 +77,7 @@ public:
     Members<PortGroup>::ConstRange portGroup() const noexcept { return {portGroup_, *this}; }
     Vel::Ptr<PortGroup> portGroup(Vel::Name const & name) noexcept { return portGroup_[name]; }
     Vel::Ptr<PortGroup const> portGroup(Vel::Name const & name) const noexcept { return portGroup_[name]; }
+    PortGroup * findPortGroup(Vel::Name const & name) const noexcept { return portGroup_[name]; }
     Vel::Ptr<PortGroup> portGroupIs(Vel::Name name);
     Vel::Ptr<PortGroup> portGroupDel(Vel::Name name);
     void portGroupDelAll();
@@ -83,6 +86,7 @@ public:
     Members<MlagPort>::ConstRange mlag() const noexcept { return {mlag_, *this}; }
     Vel::Ptr<MlagPort> mlag(Vel::Name const & name) noexcept { return mlag_[name]; }
     Vel::Ptr<MlagPort const> mlag(Vel::Name const & name) const noexcept { return mlag_[name]; }
+    MlagPort * findMlag(Vel::Name const & name) const noexcept { return mlag_[name]; }
     // An MLAG port that is there already is returned as it is, whatever its secondary name.
     Vel::Ptr<MlagPort> mlagIs(Vel::Name name, Vel::Name secondaryName);
     Vel::Ptr<MlagPort> mlagDel(Vel::Name name);

@@ -51,11 +51,12 @@ public:
     // Hosts by name and edges by the key of the port base where they start: a lookup gives null where there
     // is none, `Is` makes it and returns one that is there as it is, `Del` returns what it took out, null
     // when there was none. What was taken out keeps its members, or destinations, as long as it is
-    // referenced.
+    // referenced. `find` is the lookup without a reference: valid while the status holds the host.
     Hosts::Range host() noexcept { return {host_, *this}; }
     Hosts::ConstRange host() const noexcept { return {host_, *this}; }
     Vel::Ptr<Host> host(Vel::Name const & name) noexcept { return host_[name]; }
     Vel::Ptr<Host const> host(Vel::Name const & name) const noexcept { return host_[name]; }
+    Host * findHost(Vel::Name const & name) const noexcept { return host_[name]; }
     Vel::Ptr<Host> hostIs(Vel::Name name);
     // Before many are added: room for so many. A hint, which changes nothing that can be seen.
     void reserve(unsigned hosts, unsigned edges) noexcept;

@@ -66,30 +66,28 @@ FAULTS = [
     Fault(
         "mlag-by-secondary-name",
         "translator/V2Sm.cpp",
-        "hostV3->mlag(mlagV2->name())",
-        "hostV3->mlag(mlagV2->secondaryName())",
+        "hostV3->findMlag(mlagV2->name())",
+        "hostV3->findMlag(mlagV2->secondaryName())",
         "an MLAG is looked up under its secondary name",
     ),
     Fault(
         "late-edge-alone",
         "translator/VelEdge.cpp",
         """\
-        Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const edge = notifier();
-        if (v3Edge_ && edge) {
-            for (auto const & destination : edge->toPort()) {
-                if (notifier() != edge.get()) break;
-                writeToPort(destination.key());
-            }
-        }
+    v3Edge_ = createV3Edge();
+    Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const edge = notifier();
 """,
-        "",
+        """\
+    v3Edge_ = createV3Edge();
+    Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const edge = nullptr;
+""",
         "an edge that is made late gets the destination that made it, and not those before",
     ),
     Fault(
         "false-is-absent",
         "translator/VelEdge.cpp",
-        "if (auto const flag = notifier()->toPort(toPort)) {",
-        "if (auto const flag = notifier()->toPort(toPort); flag && *flag) {",
+        "if (auto const * const entry = notifier()->toPortEntry(toPort)) {",
+        "if (auto const * const entry = notifier()->toPortEntry(toPort); entry && entry->value()) {",
         "a destination whose flag is false is taken for one that has gone",
     ),
     Fault(
@@ -154,8 +152,8 @@ FAULTS = [
     Fault(
         "groups-against-ports",
         "translator/VelHost.cpp",
-        "return bool(host->portGroup(name));",
-        "return bool(host->port(name));",
+        "return host->findPortGroup(name) != nullptr;",
+        "return host->findPort(name) != nullptr;",
         "the reactors of port groups are held against the ports",
     ),
     Fault(
@@ -180,8 +178,14 @@ FAULTS = [
     Fault(
         "nameless-host",
         "translator/VelHost.h",
-        "status = sm() && owner_->notifier() ? sm()->output() : nullptr;",
-        "status = sm() ? sm()->output() : nullptr;",
+        """\
+        NetworkTopologyV3::Status * const status = host ? translator->output() : nullptr;
+        return status ? status->findHost(host->name()) : nullptr;
+""",
+        """\
+        NetworkTopologyV3::Status * const status = translator ? translator->output() : nullptr;
+        return status ? status->findHost(host ? host->name() : Vel::Name()) : nullptr;
+""",
         "the members of a host reactor without a host write to the version-3 host with the empty name",
     ),
     Fault(
@@ -250,11 +254,11 @@ FAULTS = [
         "port-for-a-group",
         "finder/PortBaseFinder.cpp",
         """\
-        hostV3_ && group ? NetworkTopologyV3::PortBase::Ptr(hostV3_->portGroup(group->name())) : nullptr;
+    result_ = hostV3_ && group ? hostV3_->findPortGroup(group->name()) : nullptr;
 """,
         """\
-        hostV3_ && group ? NetworkTopologyV3::PortBase::Ptr(hostV3_->portGroup(group->name())) : nullptr;
-    if (!result_ && hostV3_ && group) result_ = hostV3_->port(group->name());
+    result_ = hostV3_ && group ? hostV3_->findPortGroup(group->name()) : nullptr;
+    if (!result_ && hostV3_ && group) result_ = hostV3_->findPort(group->name());
 """,
         "a port group that is not there is taken for the port of its name",
     ),

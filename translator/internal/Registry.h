@@ -29,11 +29,10 @@ void retire(Reactor & reactor) {
     reactor.velDoZombieReactors(true);
 }
 
-// Makes a reactor on `input` and enters it under its key.
+// Makes a reactor on `input` and enters it under its key. REQUIRES: something keeps `owner` alive.
 template <class Reactor, class Key, class Owner, class Input>
 Vel::Ptr<Reactor> newReactor(Vel::HashMap<Reactor, Key, Owner> & registry,
                              Vel::Ptr<Input const> const & input, Owner * owner) {
-    Vel::KeepAlive const keepOwner(*owner);
     std::uint32_t const modifications = registry.modificationCount();
     Vel::Ptr<Reactor> const reactor = new Reactor(input, owner);
     reactor->hasNotificationActiveIs(true);
@@ -50,7 +49,8 @@ Vel::Ptr<Reactor> newReactor(Vel::HashMap<Reactor, Key, Owner> & registry,
 }
 
 // Makes sure that the reactor under `key` follows `input`: returns it as it is, rebinds it, or makes it.
-// Takes a reference of its own, because `key` may live in the object.
+// Takes a reference of its own, because `key` may live in the object. REQUIRES: something keeps `owner`
+// alive.
 template <class Reactor, class Key, class Owner, class Input>
 Vel::Ptr<Reactor> reactorIs(Vel::HashMap<Reactor, Key, Owner> & registry, Vel::Ptr<Input const> input,
                             Key const & key, Owner * owner) {
@@ -79,14 +79,14 @@ Vel::Ptr<Reactor> reactorDel(Vel::HashMap<Reactor, Key, Owner> & registry, Key c
     return reactor;
 }
 
-// Brings a registry into line with its input collection under one key: `add(member)` for the member that
+// Brings a registry into line with its input collection under one key: `add(member)` for the `Member` that
 // `find()` gives, `del()` where it gives none. A follower of what `add` writes may take the member out of the
 // input again before there is a reactor that could be let go, so it is looked up once more. `goOn()` is asked
 // before each lookup, as below.
-template <class GoOn, class Find, class Add, class Del>
+template <class Member, class GoOn, class Find, class Add, class Del>
 void reconcileKey(GoOn const & goOn, Find const & find, Add const & add, Del const & del) {
     if (!goOn()) return;
-    if (auto const member = find()) {
+    if (Vel::Ptr<Member const> const member = find()) {
         add(member);
         if (!goOn() || find()) return;
     }
