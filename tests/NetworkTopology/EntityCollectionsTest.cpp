@@ -153,14 +153,14 @@ protected:
     Vel::Ptr<Recorder> follower_ = followed(model_);
 };
 
-using Collections = testing::Types<Hosts, Edges, Ports, PortGroups, Mlags>;
-struct CollectionName {
+using EntityCollectionTypes = testing::Types<Hosts, Edges, Ports, PortGroups, Mlags>;
+struct EntityCollectionName {
     template <class Collection>
     static std::string GetName(int) {
         return std::string(Collection::kCallback + 2);
     }
 };
-TYPED_TEST_SUITE(EntityCollections, Collections, CollectionName);
+TYPED_TEST_SUITE(EntityCollections, EntityCollectionTypes, EntityCollectionName);
 
 TYPED_TEST(EntityCollections, BeginEmpty) {
     EXPECT_EQ(this->size(), 0U);

@@ -110,14 +110,14 @@ protected:
     Vel::Ptr<Recorder> follower_ = followed(model_);
 };
 
-using Collections = testing::Types<MemberPorts, MlagRaws, LogicalPorts, ToPorts>;
-struct CollectionName {
+using ValueCollectionTypes = testing::Types<MemberPorts, MlagRaws, LogicalPorts, ToPorts>;
+struct ValueCollectionName {
     template <class Collection>
     static std::string GetName(int) {
         return std::string(Collection::kCallback + 2);
     }
 };
-TYPED_TEST_SUITE(ValueCollections, Collections, CollectionName);
+TYPED_TEST_SUITE(ValueCollections, ValueCollectionTypes, ValueCollectionName);
 
 TYPED_TEST(ValueCollections, BeginEmpty) {
     EXPECT_EQ(this->size(), 0U);
@@ -266,7 +266,7 @@ TYPED_TEST(ValueCollections, DeliverNestedChangesAtOnce) {
 template <class Collection>
 class NullableValues : public ValueCollections<Collection> {};
 using NullableCollections = testing::Types<MemberPorts, MlagRaws, LogicalPorts>;
-TYPED_TEST_SUITE(NullableValues, NullableCollections, CollectionName);
+TYPED_TEST_SUITE(NullableValues, NullableCollections, ValueCollectionName);
 
 TYPED_TEST(NullableValues, AnEntryMayHoldNull) {
     this->is(1, 2);

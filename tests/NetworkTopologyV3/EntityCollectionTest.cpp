@@ -46,8 +46,8 @@ protected:
     Journal journal;
 };
 
-using Collections = testing::Types<Hosts, Edges, Ports, PortGroups, Mlags>;
-TYPED_TEST_SUITE(EntityCollection, Collections);
+using EntityCollections = testing::Types<Hosts, Edges, Ports, PortGroups, Mlags>;
+TYPED_TEST_SUITE(EntityCollection, EntityCollections);
 
 TYPED_TEST(EntityCollection, ALookupOfAnAbsentKeyGivesNullAndMakesNothing) {
     auto const recorder = this->follow();

@@ -48,8 +48,8 @@ protected:
     Journal journal;
 };
 
-using Collections = testing::Types<MlagRaws, LogicalPorts, MemberPorts, ToPorts>;
-TYPED_TEST_SUITE(ValueCollection, Collections);
+using ValueCollections = testing::Types<MlagRaws, LogicalPorts, MemberPorts, ToPorts>;
+TYPED_TEST_SUITE(ValueCollection, ValueCollections);
 
 TYPED_TEST(ValueCollection, ALookupOfAnAbsentKeyGivesNothingAndMakesNothing) {
     auto const recorder = this->follow();

@@ -31,7 +31,6 @@ using PortMap = Vel::HashMap2018<ByPort, Ptr<NamedMember const>, Ptr<NamedMember
 using FlagMap = Vel::HashMap2018<Flags, Name, bool>;
 
 Ptr<NamedMember> port(std::string const & name) { return new NamedMember(Name(name)); }
-Name name(int i) { return Name("eth-" + std::to_string(i)); }
 
 // The lookups of all value collections are found through their common base.
 template <class Table, class Key>

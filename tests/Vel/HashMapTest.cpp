@@ -19,8 +19,6 @@ namespace {
 using Vel::Name;
 using Vel::Ptr;
 
-Name name(int i) { return Name("eth-" + std::to_string(i)); }
-
 template <class Key>
 std::vector<Key> walked(Collection<Key> const & collection) {
     std::vector<Key> keys;

@@ -19,9 +19,9 @@ using Vel::Ptr;
 ChosenKey key(std::uint32_t bucketOfSixteen, std::uint32_t rank = 0) { return {bucketOfSixteen << 28, rank}; }
 
 // An object that owns a collection, as the models do.
-class Rack final : public Vel::PtrInterface, public Vel::AllocTracked<Rack> {
+class Shelf final : public Vel::PtrInterface, public Vel::AllocTracked<Shelf> {
 public:
-    using Map = Vel::HashMap<ChosenMember, ChosenKey, Rack>;
+    using Map = Vel::HashMap<ChosenMember, ChosenKey, Shelf>;
 
     Map::Range members() { return {members_, *this}; }
     Map::ConstRange members() const { return {members_, *this}; }
@@ -32,58 +32,58 @@ private:
 };
 
 TEST(HashMapRange, MeetsEveryMemberOnce) {
-    Ptr<Rack> const rack = new Rack;
-    for (std::uint32_t i = 0; i < 100; ++i) rack->map().newMember(new ChosenMember(key(i % 16, i)));
+    Ptr<Shelf> const shelf = new Shelf;
+    for (std::uint32_t i = 0; i < 100; ++i) shelf->map().newMember(new ChosenMember(key(i % 16, i)));
     std::set<std::uint32_t> ranks;
-    for (auto const & member : rack->members()) ranks.insert(member->collectionKey().rank);
+    for (auto const & member : shelf->members()) ranks.insert(member->collectionKey().rank);
     EXPECT_EQ(ranks.size(), 100U);
-    EXPECT_EQ(rack->members().size(), 100U);
-    EXPECT_FALSE(rack->members().empty());
-    EXPECT_TRUE(Ptr<Rack>(new Rack)->members().empty());
+    EXPECT_EQ(shelf->members().size(), 100U);
+    EXPECT_FALSE(shelf->members().empty());
+    EXPECT_TRUE(Ptr<Shelf>(new Shelf)->members().empty());
 }
 
 TEST(HashMapRange, OfAConstantObjectYieldsConstantMembers) {
-    Ptr<Rack> const rack = new Rack;
-    rack->map().newMember(new ChosenMember(key(3)));
-    Ptr<Rack const> const constant = rack;
+    Ptr<Shelf> const shelf = new Shelf;
+    shelf->map().newMember(new ChosenMember(key(3)));
+    Ptr<Shelf const> const constant = shelf;
     for (auto const & member : constant->members()) {
         static_assert(std::is_same_v<decltype(member), Ptr<ChosenMember const> const &>);
-        EXPECT_EQ(member, rack->map()[key(3)]);
+        EXPECT_EQ(member, shelf->map()[key(3)]);
     }
-    for (auto const & member : rack->members()) {
+    for (auto const & member : shelf->members()) {
         static_assert(std::is_same_v<decltype(member), Ptr<ChosenMember> const &>);
-        EXPECT_EQ(member, rack->map()[key(3)]);
+        EXPECT_EQ(member, shelf->map()[key(3)]);
     }
 }
 
 TEST(HashMapRange, KeepsTheOwnerForTheWalk) {
-    Ptr<Rack> rack = new Rack;
-    for (std::uint32_t i = 0; i < 10; ++i) rack->map().newMember(new ChosenMember(key(i)));
+    Ptr<Shelf> shelf = new Shelf;
+    for (std::uint32_t i = 0; i < 10; ++i) shelf->map().newMember(new ChosenMember(key(i)));
     int met = 0;
-    for (auto const & member : rack->members()) {
-        rack = nullptr;
-        EXPECT_EQ(Rack::velAllocTrackTypeInfo_->live(), 1U);
+    for (auto const & member : shelf->members()) {
+        shelf = nullptr;
+        EXPECT_EQ(Shelf::velAllocTrackTypeInfo_->live(), 1U);
         EXPECT_TRUE(member);
         ++met;
     }
     EXPECT_EQ(met, 10);
-    EXPECT_EQ(Rack::velAllocTrackTypeInfo_->live(), 0U);
+    EXPECT_EQ(Shelf::velAllocTrackTypeInfo_->live(), 0U);
     EXPECT_EQ(liveMembers<ChosenKey>(), 0U);
 }
 
 TEST(HashMapRange, OfAnOwnerThatIsNotCountedLeavesItAlone) {
-    Rack rack;
-    rack.map().newMember(new ChosenMember(key(1)));
+    Shelf shelf;
+    shelf.map().newMember(new ChosenMember(key(1)));
     int met = 0;
-    for (auto const & member : rack.members()) met += member ? 1 : 0;
+    for (auto const & member : shelf.members()) met += member ? 1 : 0;
     EXPECT_EQ(met, 1);
-    EXPECT_EQ(rack.references(), 0U);
+    EXPECT_EQ(shelf.references(), 0U);
 }
 
 TEST(HashMapRange, StartsAtAKey) {
-    Ptr<Rack> const rack = new Rack;
-    for (std::uint32_t i = 0; i < 16; ++i) rack->map().newMember(new ChosenMember(key(i)));
-    auto range = rack->members();
+    Ptr<Shelf> const shelf = new Shelf;
+    for (std::uint32_t i = 0; i < 16; ++i) shelf->map().newMember(new ChosenMember(key(i)));
+    auto range = shelf->members();
     auto at = range.at(key(5));
     for (std::uint32_t i = 5; i < 16; ++i, ++at) EXPECT_EQ((*at)->collectionKey(), key(i));
     EXPECT_FALSE(at);

@@ -4,12 +4,16 @@
 #include <cstdint>
 #include <functional>
 #include <ostream>
+#include <string>
 #include <utility>
 
 #include "platform/Vel/AllocTrack.h"
 #include "platform/Vel/HashMap.h"
+#include "platform/Vel/Name.h"
 
 namespace VelTest {
+
+inline Vel::Name name(int i) { return Vel::Name("eth-" + std::to_string(i)); }
 
 struct ChosenKey {
     std::uint32_t chosenHash = 0;

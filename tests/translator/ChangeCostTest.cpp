@@ -90,14 +90,14 @@ struct Fabric {
     DirectedEdgeV2::Ptr const otherEdge = DirectedEdgeV2::DirectedEdgeV2Is(p);
 };
 
-struct Change {
+struct MeasuredChange {
     char const * name;
     void (*make)(Fabric & in);
     void (*undo)(Fabric & in);
 };
 
 // Every kind; what empties a collection empties one of the small host.
-constexpr Change changes[] = {
+constexpr MeasuredChange changes[] = {
     {"hostname", [](Fabric & in) { in.a->hostnameIs(in.text); },
      [](Fabric & in) { in.a->hostnameIs(in.name); }},
     {"mlagSystemId",
@@ -173,7 +173,7 @@ constexpr Change changes[] = {
 };
 
 // What one change takes, together with what the model itself does about it.
-Work workOf(Change const & change, Fabric & in) {
+Work workOf(MeasuredChange const & change, Fabric & in) {
     // The first time may make something that stays.
     change.make(in);
     change.undo(in);
@@ -202,7 +202,7 @@ Work workOf(Change const & change, Fabric & in) {
 TEST(ChangeCost, OfEveryKindOfChangeIsTheSameInAFabricAHundredTimesAsLarge) {
     Fabric small(1'000);
     Fabric large(100'000);
-    for (Change const & change : changes) {
+    for (MeasuredChange const & change : changes) {
         SCOPED_TRACE(change.name);
         auto const work = workOf(change, small);
         EXPECT_EQ(workOf(change, large), work);

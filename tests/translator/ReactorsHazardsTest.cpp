@@ -2,13 +2,13 @@
 // their members and edges.
 #include <functional>
 #include <memory>
-#include <stdexcept>
 #include <string>
 
 #include <gmock/gmock.h>
 
 #include "tests/support/Allocations.h"
 #include "tests/translator/support/Followed.h"
+#include "tests/translator/support/Following.h"
 #include "tests/translator/support/Journal.h"
 #include "tests/translator/support/OutputFollower.h"
 #include "tests/translator/support/Topologies.h"
@@ -38,11 +38,8 @@ using TestSupport::forEveryStep;
 using TestSupport::Journal;
 using TestSupport::Models;
 using TestSupport::OutputFollower;
+using TestSupport::Refusal;
 using TestSupport::WriteLog;
-
-struct Refusal : std::runtime_error {
-    Refusal() : std::runtime_error("refused by a follower") {}
-};
 
 struct Reactors : TestSupport::Followed {};
 

@@ -13,6 +13,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/support/LiveObjects.h"
+#include "tests/translator/support/Following.h"
 #include "tests/translator/support/OutputFollower.h"
 #include "tests/translator/support/Topologies.h"
 #include "translator/V2Sm.h"
@@ -23,12 +24,13 @@ using NetworkTopology::HostV2;
 using NetworkTopology::StatusV2;
 using NetworkTopologyAggregator::V2Sm;
 using NetworkTopologyAggregator::v2SmFactory;
+using TestSupport::following;
 using TestSupport::OutputFollower;
 
 // A follower of an input host.
-class InputFollower final : public HostV2::NotifieeConst {
+class InputHostFollower final : public HostV2::NotifieeConst {
 public:
-    explicit InputFollower(std::function<void()> onChange) : onChange_(std::move(onChange)) {}
+    explicit InputHostFollower(std::function<void()> onChange) : onChange_(std::move(onChange)) {}
     void onHostname() override { onChange_(); }
 
 private:
@@ -36,8 +38,8 @@ private:
 };
 
 // Everything that somebody may hold.
-struct Scene {
-    Scene() {
+struct HeldScene {
+    HeldScene() {
         TestSupport::fillWithOneOfEach(*v2);
         v2->edgeIs(TestSupport::addHostWithOneOfEach(*v2, "b")->port("p"));
         sm = v2SmFactory("sm", v2, v3);
@@ -55,20 +57,20 @@ struct Scene {
 // One thing that goes. What it is done to may have gone before.
 struct Step {
     char const * name;
-    void (*take)(Scene & scene);
+    void (*take)(HeldScene & scene);
 };
 
 constexpr std::array<Step, 5> steps = {{
-    {"Input", [](Scene & scene) { scene.v2 = nullptr; }},
-    {"Output", [](Scene & scene) { scene.v3 = nullptr; }},
-    {"Translator", [](Scene & scene) { scene.sm = nullptr; }},
+    {"Input", [](HeldScene & scene) { scene.v2 = nullptr; }},
+    {"Output", [](HeldScene & scene) { scene.v3 = nullptr; }},
+    {"Translator", [](HeldScene & scene) { scene.sm = nullptr; }},
     {"Host",
-     [](Scene & scene) {
+     [](HeldScene & scene) {
          if (scene.v2) scene.v2->hostDel("a");
          scene.hostV2 = nullptr;
      }},
     {"Registries",
-     [](Scene & scene) {
+     [](HeldScene & scene) {
          if (scene.host) {
              scene.host->portDelAll();
              scene.host->portGroupDelAll();
@@ -86,7 +88,7 @@ struct Order {
     std::array<std::size_t, steps.size()> sequence = {};
 };
 
-void teardown(Scene & scene, Order const & order, std::size_t length = steps.size()) {
+void teardown(HeldScene & scene, Order const & order, std::size_t length = steps.size()) {
     if (!order.reactorIsHeld) scene.host = nullptr;
     for (std::size_t i = 0; i < length; ++i) steps[order.sequence[i]].take(scene);
 }
@@ -116,7 +118,7 @@ void inEveryOrder(std::function<void(Order const & order)> const & test) {
 
 TEST(Teardown, AtTheTopLevelInEveryOrder) {
     inEveryOrder([](Order const & order) {
-        Scene scene;
+        HeldScene scene;
         teardown(scene, order);
     });
 }
@@ -125,7 +127,7 @@ TEST(Teardown, AtTheTopLevelInEveryOrder) {
 TEST(Teardown, OfAPartInEveryOrder) {
     inEveryOrder([](Order const & order) {
         for (std::size_t length : {1, 2, 3, 4}) {
-            Scene scene;
+            HeldScene scene;
             teardown(scene, order, length);
         }
     });
@@ -136,53 +138,55 @@ TEST(Teardown, OfAPartInEveryOrder) {
 struct Place {
     std::string name;
     std::string change;  // As OutputFollower tells it.
-    std::function<void(Scene & scene)> cause;
+    std::function<void(HeldScene & scene)> cause;
 
     friend void PrintTo(Place const & place, std::ostream * out) { *out << place.name; }
 };
 
 std::vector<Place> const & places() {
     static std::vector<Place> const places = {
-        {"Attribute", "/host/a onHostname()", [](Scene & scene) { scene.hostV2->hostnameIs("x"); }},
+        {"Attribute", "/host/a onHostname()", [](HeldScene & scene) { scene.hostV2->hostnameIs("x"); }},
         {"PeerLink", "/host/a onMlagPeerLink()",
-         [](Scene & scene) { scene.hostV2->mlagPeerLinkIs(nullptr); }},
-        {"Localhost", "/ onLocalhost()", [](Scene & scene) { scene.v2->localhostIs(nullptr); }},
-        {"NewPort", "/host/a onPort('x')", [](Scene & scene) { scene.hostV2->portIs("x"); }},
-        {"OldPort", "/host/a onPort('p')", [](Scene & scene) { scene.hostV2->portDel("p"); }},
+         [](HeldScene & scene) { scene.hostV2->mlagPeerLinkIs(nullptr); }},
+        {"Localhost", "/ onLocalhost()", [](HeldScene & scene) { scene.v2->localhostIs(nullptr); }},
+        {"NewPort", "/host/a onPort('x')", [](HeldScene & scene) { scene.hostV2->portIs("x"); }},
+        {"OldPort", "/host/a onPort('p')", [](HeldScene & scene) { scene.hostV2->portDel("p"); }},
         {"PortType", "/host/a/port/p onType()",
-         [](Scene & scene) { scene.hostV2->port("p")->typeIs(NetworkTopology::PortTypeV2::mlag); }},
+         [](HeldScene & scene) { scene.hostV2->port("p")->typeIs(NetworkTopology::PortTypeV2::mlag); }},
         {"PortGroup", "/host/a/port/p onPortGroup()",
-         [](Scene & scene) { scene.hostV2->port("p")->portGroupIs(nullptr); }},
-        {"NewPortGroup", "/host/a onPortGroup('x')", [](Scene & scene) { scene.hostV2->portGroupIs("x"); }},
+         [](HeldScene & scene) { scene.hostV2->port("p")->portGroupIs(nullptr); }},
+        {"NewPortGroup", "/host/a onPortGroup('x')",
+         [](HeldScene & scene) { scene.hostV2->portGroupIs("x"); }},
         {"Member", "/host/a/portGroup/g onMemberPort('p')",
-         [](Scene & scene) { scene.hostV2->portGroup("g")->memberPortDel("p"); }},
-        {"NewMlag", "/host/a onMlag('x')", [](Scene & scene) { scene.hostV2->mlagIs("x", ""); }},
+         [](HeldScene & scene) { scene.hostV2->portGroup("g")->memberPortDel("p"); }},
+        {"NewMlag", "/host/a onMlag('x')", [](HeldScene & scene) { scene.hostV2->mlagIs("x", ""); }},
         {"LocalGroup", "/host/a/mlag/m onLocalPortGroup()",
-         [](Scene & scene) { scene.hostV2->mlag("m")->localPortGroupIs(nullptr); }},
-        {"RawMlag", "/host/a onMlagRaw('m')", [](Scene & scene) { scene.hostV2->mlagRawDel("m"); }},
+         [](HeldScene & scene) { scene.hostV2->mlag("m")->localPortGroupIs(nullptr); }},
+        {"RawMlag", "/host/a onMlagRaw('m')", [](HeldScene & scene) { scene.hostV2->mlagRawDel("m"); }},
         {"LogicalPort", "/host/a onLogicalPort('g')",
-         [](Scene & scene) { scene.hostV2->logicalPortDel("g"); }},
-        {"AllPorts", "/host/a onPort('p')", [](Scene & scene) { scene.hostV2->portDelAll(); }},
+         [](HeldScene & scene) { scene.hostV2->logicalPortDel("g"); }},
+        {"AllPorts", "/host/a onPort('p')", [](HeldScene & scene) { scene.hostV2->portDelAll(); }},
         {"NewHost", "/ onHost('x')",
-         [](Scene & scene) { TestSupport::addHostWithOneOfEach(*scene.v2, "x"); }},
-        {"OldHost", "/ onHost('a')", [](Scene & scene) { scene.v2->hostDel("a"); }},
-        {"OtherHost", "/ onHost('b')", [](Scene & scene) { scene.v2->hostDel("b"); }},
-        {"Replaced", "/host/a onHostname()", [](Scene & scene) { scene.v2->hostIs(HostV2::HostV2Is("a")); }},
-        {"AllHosts", "/ onHost('b')", [](Scene & scene) { scene.v2->hostDelAll(); }},
+         [](HeldScene & scene) { TestSupport::addHostWithOneOfEach(*scene.v2, "x"); }},
+        {"OldHost", "/ onHost('a')", [](HeldScene & scene) { scene.v2->hostDel("a"); }},
+        {"OtherHost", "/ onHost('b')", [](HeldScene & scene) { scene.v2->hostDel("b"); }},
+        {"Replaced", "/host/a onHostname()",
+         [](HeldScene & scene) { scene.v2->hostIs(HostV2::HostV2Is("a")); }},
+        {"AllHosts", "/ onHost('b')", [](HeldScene & scene) { scene.v2->hostDelAll(); }},
         {"NewEdge", "/ onEdge(/host/a/portGroup/g)",
-         [](Scene & scene) { scene.v2->edgeIs(scene.hostV2->portGroup("g")); }},
+         [](HeldScene & scene) { scene.v2->edgeIs(scene.hostV2->portGroup("g")); }},
         {"OldEdge", "/ onEdge(/host/a/port/p)",
-         [](Scene & scene) { scene.v2->edgeDel(scene.hostV2->port("p")); }},
+         [](HeldScene & scene) { scene.v2->edgeDel(scene.hostV2->port("p")); }},
         {"Destination", "/edge[/host/a/port/p] onToPort(/host/a/mlag/m)",
-         [](Scene & scene) {
+         [](HeldScene & scene) {
              scene.v2->edge(scene.hostV2->port("p"))->toPortIs(scene.hostV2->mlag("m"), true);
          }},
-        {"EndOfTheTranslator", "/ onHost('b')", [](Scene & scene) { scene.sm = nullptr; }},
-        {"Retirement", "/ onHost('a')", [](Scene & scene) { scene.host->velDoZombieReactors(true); }},
-        {"EndOfAllHosts", "/ onHost('b')", [](Scene & scene) { scene.sm->hostDelAll(); }},
-        {"AnotherInput", "/ onHost('a')", [](Scene & scene) { scene.sm->v2Is(StatusV2::StatusV2Is()); }},
+        {"EndOfTheTranslator", "/ onHost('b')", [](HeldScene & scene) { scene.sm = nullptr; }},
+        {"Retirement", "/ onHost('a')", [](HeldScene & scene) { scene.host->velDoZombieReactors(true); }},
+        {"EndOfAllHosts", "/ onHost('b')", [](HeldScene & scene) { scene.sm->hostDelAll(); }},
+        {"AnotherInput", "/ onHost('a')", [](HeldScene & scene) { scene.sm->v2Is(StatusV2::StatusV2Is()); }},
         {"Population", "/ onEdge(/host/b/port/p)",
-         [](Scene & scene) {
+         [](HeldScene & scene) {
              scene.v3->edgeDelAll();
              scene.sm->populateV3();
          }},
@@ -194,7 +198,7 @@ class TeardownInside : public testing::TestWithParam<Place> {};
 
 TEST_P(TeardownInside, AChangeOfTheOutputInEveryOrder) {
     inEveryOrder([](Order const & order) {
-        Scene scene;
+        HeldScene scene;
         bool reached = false;
         {
             OutputFollower const follower(scene.v3, [&](std::string const & change) {
@@ -211,19 +215,11 @@ INSTANTIATE_TEST_SUITE_P(, TeardownInside, testing::ValuesIn(places()),
 
 // Inside a callback of the input, before or after the translator gets the same change.
 
-Vel::Ptr<InputFollower> follow(HostV2::Ptr const & host, std::function<void()> onChange) {
-    Vel::Ptr<InputFollower> const follower = new InputFollower(std::move(onChange));
-    follower->notifierIs(host);
-    follower->isRegisteredNotifieeIs(true);
-    follower->hasNotificationActiveIs(true);
-    return follower;
-}
-
 TEST(Teardown, InsideAChangeOfTheInputBeforeTheTranslatorInEveryOrder) {
     inEveryOrder([](Order const & order) {
-        Scene scene;
+        HeldScene scene;
         scene.sm = nullptr;
-        auto const follower = follow(scene.hostV2, [&] { teardown(scene, order); });
+        auto const follower = following<InputHostFollower>(scene.hostV2, [&] { teardown(scene, order); });
         scene.sm = v2SmFactory("sm", scene.v2, scene.v3);
         scene.host = scene.sm->host("a");
         scene.hostV2->hostnameIs("x");
@@ -233,8 +229,8 @@ TEST(Teardown, InsideAChangeOfTheInputBeforeTheTranslatorInEveryOrder) {
 
 TEST(Teardown, InsideAChangeOfTheInputAfterTheTranslatorInEveryOrder) {
     inEveryOrder([](Order const & order) {
-        Scene scene;
-        auto const follower = follow(scene.hostV2, [&] { teardown(scene, order); });
+        HeldScene scene;
+        auto const follower = following<InputHostFollower>(scene.hostV2, [&] { teardown(scene, order); });
         scene.hostV2->hostnameIs("x");
         EXPECT_EQ(scene.sm, nullptr);
     });

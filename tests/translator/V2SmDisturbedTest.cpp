@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <functional>
 #include <new>
-#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,6 +12,7 @@
 #include "tests/support/Allocations.h"
 #include "tests/translator/support/Disturbances.h"
 #include "tests/translator/support/Dump.h"
+#include "tests/translator/support/Following.h"
 #include "tests/translator/support/OutputFollower.h"
 #include "tests/translator/support/Topologies.h"
 #include "tests/translator/support/Tracked.h"
@@ -44,13 +44,10 @@ using TestSupport::forEveryStep;
 using TestSupport::Lines;
 using TestSupport::Models;
 using TestSupport::OutputFollower;
+using TestSupport::Refusal;
 using TestSupport::Scene;
 using TestSupport::unpopulated;
 using TestSupport::WriteLog;
-
-struct Refusal : std::runtime_error {
-    Refusal() : std::runtime_error("refused by a follower") {}
-};
 
 bool isPrefix(Lines const & prefix, Lines const & lines) {
     return prefix.size() <= lines.size() && std::equal(prefix.begin(), prefix.end(), lines.begin());

@@ -10,6 +10,7 @@
 #include "platform/Vel/Exceptions.h"
 #include "platform/Vel/Trace.h"
 #include "tests/support/SmallStack.h"
+#include "tests/translator/support/Following.h"
 #include "tests/translator/support/Journal.h"
 #include "tests/translator/support/Topologies.h"
 #include "translator/V2Sm.h"
@@ -26,28 +27,21 @@ using testing::Not;
 using TestSupport::everyKindOfChange;
 using TestSupport::fillWithOneOfEach;
 using TestSupport::fillWithThreeHosts;
+using TestSupport::following;
 using TestSupport::Journal;
 using TestSupport::Models;
 using TestSupport::WriteLog;
 
 // A follower of an input status.
-class InputFollower final : public StatusV2::NotifieeConst {
+class InputStatusFollower final : public StatusV2::NotifieeConst {
 public:
-    explicit InputFollower(std::function<void()> onAnyHost) : onAnyHost_(std::move(onAnyHost)) {}
+    explicit InputStatusFollower(std::function<void()> onAnyHost) : onAnyHost_(std::move(onAnyHost)) {}
     using StatusV2::NotifieeConst::onHost;
     void onHost(Vel::Name) override { onAnyHost_(); }
 
 private:
     std::function<void()> const onAnyHost_;
 };
-
-Vel::Ptr<InputFollower> follow(StatusV2::Ptr const & v2, std::function<void()> onAnyHost) {
-    Vel::Ptr<InputFollower> const follower = new InputFollower(std::move(onAnyHost));
-    follower->notifierIs(v2);
-    follower->isRegisteredNotifieeIs(true);
-    follower->hasNotificationActiveIs(true);
-    return follower;
-}
 
 // Counting and lifetime
 
@@ -255,7 +249,8 @@ TEST(Deliveries, ReachTheTranslatorOnceHoweverOftenItRegisters) {
 TEST(Deliveries, DoNotReachATranslatorThatWasSwitchedOffEarlierInTheSameOne) {
     Models const models = {};
     V2Sm::Ptr sm;
-    auto const earlier = follow(models.v2, [&] { sm->hasNotificationActiveIs(false); });
+    auto const earlier =
+        following<InputStatusFollower>(models.v2, [&] { sm->hasNotificationActiveIs(false); });
     sm = v2SmFactory("sm", models.v2, models.v3);
     WriteLog log;
     models.v2->hostIs("a");
@@ -266,7 +261,7 @@ TEST(Deliveries, DoNotReachATranslatorThatWasSwitchedOffEarlierInTheSameOne) {
 TEST(Deliveries, DoNotReachATranslatorThatWasLetGoEarlierInTheSameOne) {
     Models const models = {};
     V2Sm::Ptr sm;
-    auto const earlier = follow(models.v2, [&] { sm = nullptr; });
+    auto const earlier = following<InputStatusFollower>(models.v2, [&] { sm = nullptr; });
     sm = v2SmFactory("sm", models.v2, models.v3);
     WriteLog log;
     models.v2->hostIs("a");
@@ -276,7 +271,7 @@ TEST(Deliveries, DoNotReachATranslatorThatWasLetGoEarlierInTheSameOne) {
 TEST(Deliveries, DoNotReachATranslatorThatWasMadeDuringTheSameOne) {
     Models const models = {};
     V2Sm::Ptr sm;
-    auto const earlier = follow(models.v2, [&] {
+    auto const earlier = following<InputStatusFollower>(models.v2, [&] {
         if (!sm) sm = v2SmFactory("sm", models.v2, models.v3);
     });
     WriteLog log;
@@ -287,7 +282,7 @@ TEST(Deliveries, DoNotReachATranslatorThatWasMadeDuringTheSameOne) {
 TEST(Deliveries, ReachALaterFollowerThatLetsGoOfTheTranslator) {
     Models const models = {};
     auto sm = v2SmFactory("sm", models.v2, models.v3);
-    auto const later = follow(models.v2, [&] { sm = nullptr; });
+    auto const later = following<InputStatusFollower>(models.v2, [&] { sm = nullptr; });
     models.v2->hostIs("a");
     EXPECT_EQ(models.v3->host().size(), 0U);
 }

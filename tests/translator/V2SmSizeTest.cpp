@@ -20,8 +20,8 @@ using NetworkTopologyAggregator::v2SmFactory;
 using NetworkTopologyV3::Status;
 
 // An input, its output and their translator, which sees every change of the input or only its end.
-struct Scene {
-    Scene(bool attachedBefore, std::function<void(StatusV2 & v2)> const & fill) {
+struct LargeScene {
+    LargeScene(bool attachedBefore, std::function<void(StatusV2 & v2)> const & fill) {
         if (attachedBefore) sm = v2SmFactory("sm", v2, v3);
         fill(*v2);
         if (!attachedBefore) sm = v2SmFactory("sm", v2, v3);
@@ -33,22 +33,22 @@ struct Scene {
 };
 
 // Each takes a scene apart, from another end.
-std::vector<std::function<void(Scene & scene)>> const & waysToEnd() {
-    static std::vector<std::function<void(Scene & scene)>> const ways = {
-        [](Scene & scene) { scene.sm = nullptr; },
-        [](Scene & scene) {
+std::vector<std::function<void(LargeScene & scene)>> const & waysToEnd() {
+    static std::vector<std::function<void(LargeScene & scene)>> const ways = {
+        [](LargeScene & scene) { scene.sm = nullptr; },
+        [](LargeScene & scene) {
             scene.v2 = nullptr;
             scene.v3 = nullptr;
             scene.sm = nullptr;
         },
         // The output stays behind, and goes by itself.
-        [](Scene & scene) {
+        [](LargeScene & scene) {
             scene.sm->v3Del();
             scene.sm = nullptr;
             scene.v2 = nullptr;
         },
         // Everything is taken out of the input first.
-        [](Scene & scene) {
+        [](LargeScene & scene) {
             for (auto const & host : scene.v2->host()) {
                 host->portDelAll();
                 host->portGroupDelAll();
@@ -68,7 +68,7 @@ INSTANTIATE_TEST_SUITE_P(, VeryMany, testing::Bool(),
 TEST_P(VeryMany, PortsOfOneHostComeAndGoOnASmallStack) {
     TestSupport::onASmallStack([] {
         constexpr int kPorts = 50'000;
-        Scene scene(GetParam(), [](StatusV2 & v2) {
+        LargeScene scene(GetParam(), [](StatusV2 & v2) {
             auto const host = v2.hostIs("h");
             for (int i = 0; i < kPorts; ++i) host->portIs(std::to_string(i));
         });
@@ -108,7 +108,7 @@ void expectLinks(Status & v3, std::vector<Vel::Name> const & names) {
 void expectToComeAndGo(bool attachedBefore, std::vector<Vel::Name> const & names) {
     TestSupport::onASmallStack([&] {
         for (auto const & end : waysToEnd()) {
-            Scene scene(attachedBefore, [&](StatusV2 & v2) { fillWithLinks(v2, names); });
+            LargeScene scene(attachedBefore, [&](StatusV2 & v2) { fillWithLinks(v2, names); });
             expectLinks(*scene.v3, names);
             end(scene);
         }

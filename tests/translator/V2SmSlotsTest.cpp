@@ -7,7 +7,6 @@
 namespace {
 
 using NetworkTopologyAggregator::V2Sm;
-using VelHost = V2Sm::VelHost;
 using TestSupport::vtableSlot;
 
 TEST(Slots, OfTheRoot) {
@@ -63,6 +62,7 @@ TEST(Slots, OfVelV3) {
 }
 
 TEST(Slots, OfVelHost) {
+    using VelHost = V2Sm::VelHost;
     expectTheFrameworksSlots<VelHost>();
     EXPECT_EQ(vtableSlot(&VelHost::onHostname), 14U);
     EXPECT_EQ(vtableSlot(&VelHost::onHostnameAddedByOwner), 15U);
@@ -104,6 +104,7 @@ TEST(Slots, OfVelHost) {
 }
 
 TEST(Slots, OfVelPort) {
+    using VelHost = V2Sm::VelHost;
     expectTheFrameworksSlots<VelHost::VelPort>();
     EXPECT_EQ(vtableSlot(&VelHost::VelPort::onType), 14U);
     EXPECT_EQ(vtableSlot(&VelHost::VelPort::onAddedByOwner), 15U);
@@ -112,6 +113,7 @@ TEST(Slots, OfVelPort) {
 }
 
 TEST(Slots, OfVelPortGroup) {
+    using VelHost = V2Sm::VelHost;
     expectTheFrameworksSlots<VelHost::VelPortGroup>();
     EXPECT_EQ(vtableSlot(&VelHost::VelPortGroup::onType), 14U);
     EXPECT_EQ(vtableSlot(&VelHost::VelPortGroup::onAddedByOwner), 15U);
@@ -123,6 +125,7 @@ TEST(Slots, OfVelPortGroup) {
 }
 
 TEST(Slots, OfVelMlag) {
+    using VelHost = V2Sm::VelHost;
     expectTheFrameworksSlots<VelHost::VelMlag>();
     EXPECT_EQ(vtableSlot(&VelHost::VelMlag::onType), 14U);
     EXPECT_EQ(vtableSlot(&VelHost::VelMlag::onAddedByOwner), 15U);

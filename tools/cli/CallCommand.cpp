@@ -29,7 +29,7 @@ using Vel::GenericIf;
 using Vel::VelAttr;
 using Vel::VelType;
 
-struct Options {
+struct CallOptions {
     TopologyOptions topology;
     std::string attribute;
     std::vector<std::string> arguments;
@@ -81,7 +81,7 @@ ConstructorWords constructorWords(std::vector<std::string> const & with) {
 }
 
 // The one operation that the options tell.
-NamedOperation operationOf(Options const & options, VelAttr const & attr) {
+NamedOperation operationOf(CallOptions const & options, VelAttr const & attr) {
     std::vector<NamedOperation> told;
     if (options.key) told.push_back({Vel::kLookUp, {*options.key}});
     if (options.fromKey) told.push_back({Vel::kIterate, {*options.fromKey}});
@@ -138,7 +138,7 @@ private:
     ModelRecorder recorder_;
 };
 
-int call(Options const & options) {
+int call(CallOptions const & options) {
     auto const & [type, attr] = namedAttribute(options.attribute);
     NamedOperation const operation = operationOf(options, attr);
     ConstructorWords const words = constructorWords(options.with);
@@ -169,7 +169,7 @@ int call(Options const & options) {
 Subcommand callCommand(CLI::App & program) {
     CLI::App * const command = program.add_subcommand(
         "call", "Call, read or walk an attribute of the translator or the finder by name");
-    auto const options = std::make_shared<Options>();
+    auto const options = std::make_shared<CallOptions>();
     addTopologyOptions(*command, options->topology);
     command
         ->add_option("TYPE.ATTRIBUTE", options->attribute,

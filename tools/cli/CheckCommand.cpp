@@ -16,14 +16,14 @@
 namespace TopologyTools {
 namespace {
 
-struct Options {
+struct CheckOptions {
     TopologyOptions topology;
     std::optional<std::string> changes;
     bool keepGoing = false;
     std::string format = "text";
 };
 
-ExitStatus applyChanges(Options const & options, NetworkTopology::StatusV2 & v2, Checker & checker) {
+ExitStatus applyChanges(CheckOptions const & options, NetworkTopology::StatusV2 & v2, Checker & checker) {
     if (!options.changes) return kDone;
     ChangeLines lines(*options.changes, v2, options.keepGoing ? BadLine::isToldAndSkipped : BadLine::ends);
     while (lines.applyNext([&](std::size_t number) { checker.lineIs(number); })) {
@@ -31,7 +31,7 @@ ExitStatus applyChanges(Options const & options, NetworkTopology::StatusV2 & v2,
     return lines.exitStatus();
 }
 
-int check(Options const & options) {
+int check(CheckOptions const & options) {
     if (options.topology.file == "-" && options.changes == "-") {
         throw std::invalid_argument("FILE and CHANGES cannot both be standard input");
     }
@@ -57,7 +57,7 @@ int check(Options const & options) {
 Subcommand checkCommand(CLI::App & program) {
     CLI::App * const command = program.add_subcommand(
         "check", "Compare the version-3 model with what the version-2 model calls for");
-    auto const options = std::make_shared<Options>();
+    auto const options = std::make_shared<CheckOptions>();
     addTopologyOptions(*command, options->topology);
     command
         ->add_option("CHANGES", options->changes,

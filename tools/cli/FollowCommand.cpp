@@ -19,7 +19,7 @@
 namespace TopologyTools {
 namespace {
 
-struct Options {
+struct FollowOptions {
     TopologyOptions topology;
     std::string changes = "-";
     bool keepGoing = false;
@@ -35,7 +35,7 @@ public:
 // The operations that the translator causes, on their way out.
 class Follower {
 public:
-    Follower(Options const & options, Follow const & follow)
+    Follower(FollowOptions const & options, Follow const & follow)
         : translation_(translate(options.topology)),
           changes_(options.changes, *translation_.v2,
                    options.keepGoing ? BadLine::isToldAndSkipped : BadLine::ends),
@@ -75,7 +75,7 @@ private:
     std::optional<Replay> replay_;  // With --verify.
 };
 
-int followChanges(Options const & options, Follow const & follow) {
+int followChanges(FollowOptions const & options, Follow const & follow) {
     if (options.topology.file == "-" && options.changes == "-") {
         throw std::invalid_argument("FILE and CHANGES cannot both be standard input");
     }
@@ -92,7 +92,7 @@ int followChanges(Options const & options, Follow const & follow) {
 Subcommand followCommand(CLI::App & program, Follow follow) {
     CLI::App * const command =
         program.add_subcommand("follow", "Print what the translator does about changes of a topology");
-    auto const options = std::make_shared<Options>();
+    auto const options = std::make_shared<FollowOptions>();
     addTopologyOptions(*command, options->topology);
     command
         ->add_option("CHANGES", options->changes,

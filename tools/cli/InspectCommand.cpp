@@ -22,7 +22,7 @@ using Vel::VelArg;
 using Vel::VelAttr;
 using Vel::VelType;
 
-struct Options {
+struct InspectOptions {
     std::string type;
     std::string format = "text";
 };
@@ -149,7 +149,7 @@ ordered_json jsonOf(VelType const & type) {
     return json;
 }
 
-int inspect(Options const & options) {
+int inspect(InspectOptions const & options) {
     std::vector<VelType const *> const types =
         options.type.empty() ? registeredTypes() : typesNamed(options.type);
     std::string text;
@@ -169,7 +169,7 @@ int inspect(Options const & options) {
 
 Subcommand inspectCommand(CLI::App & program) {
     CLI::App * const command = program.add_subcommand("inspect", "Print what is registered about types");
-    auto const options = std::make_shared<Options>();
+    auto const options = std::make_shared<InspectOptions>();
     command->add_option("TYPE", options->type, "A type's name, with or without namespace; all if not given")
         ->type_name("");
     addChoice(*command, "--format", options->format, {"text", "json"},

@@ -16,7 +16,7 @@
 namespace TopologyTools {
 namespace {
 
-struct Options {
+struct TranslateOptions {
     TopologyOptions topology;
     std::string format = "json";
     std::string output = "-";
@@ -38,7 +38,7 @@ std::string formatted(NetworkTopologyV3::Status::Ptr const & status, std::string
     return std::move(result.output);
 }
 
-int translateFile(Options const & options) {
+int translateFile(TranslateOptions const & options) {
     Translation const translation = translate(options.topology);
     bool const colours = options.output == "-" && standardOutputWantsColours();
     std::string const text = formatted(translation.v3, options.format, colours);
@@ -54,7 +54,7 @@ int translateFile(Options const & options) {
 
 Subcommand translateCommand(CLI::App & program) {
     CLI::App * const command = program.add_subcommand("translate", "Print the version-3 model of a topology");
-    auto const options = std::make_shared<Options>();
+    auto const options = std::make_shared<TranslateOptions>();
     addTopologyOptions(*command, options->topology);
     addChoice(*command, "--format", options->format, {"json", "text", "summary", "dot", "svg"},
               "json: a document (default); text: tables; summary: counts;\n"

@@ -154,9 +154,9 @@ std::string portIn(std::string const & text) {
     return isCompassPoint(text) ? std::string() : text;
 }
 
-class Reader {
+class DotReader {
 public:
-    Reader(std::string_view format, SourceText const & text)
+    DotReader(std::string_view format, SourceText const & text)
         : text_(text), outline_(outlineDot(text)), builder_(format, text) {}
 
     ImportResult read() {
@@ -322,7 +322,7 @@ ImportResult DotImporter::read(SourceText const & text, ImportOptions const & op
                          "no network " + quotedText(*options.network) +
                              "; a Graphviz file holds one without a name");
     }
-    return Reader(name(), text).read();
+    return DotReader(name(), text).read();
 }
 
 }  // namespace TopologyTools

@@ -31,9 +31,9 @@ std::string trimmed(std::string_view text) {
     return std::string(text.substr(start, text.find_last_not_of(" \t\r\n") - start + 1));
 }
 
-class Reader {
+class GraphmlReader {
 public:
-    Reader(std::string_view format, SourceText const & text) : text_(text), builder_(format, text) {}
+    GraphmlReader(std::string_view format, SourceText const & text) : text_(text), builder_(format, text) {}
 
     ImportResult read() {
         std::size_t const nul = text_.bytes().find('\0');
@@ -311,7 +311,7 @@ ImportResult GraphmlImporter::read(SourceText const & text, ImportOptions const 
                          "no network " + quotedText(*options.network) +
                              "; a GraphML file holds one without a name");
     }
-    return Reader(name(), text).read();
+    return GraphmlReader(name(), text).read();
 }
 
 }  // namespace TopologyTools

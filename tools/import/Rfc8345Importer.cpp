@@ -14,9 +14,9 @@ constexpr std::string_view networkModule = "ietf-network";
 constexpr std::string_view topologyModule = "ietf-network-topology";
 constexpr std::string_view layer2Module = "ietf-l2-topology";
 
-class Reader {
+class Rfc8345Reader {
 public:
-    Reader(std::string_view format, SourceText const & text, ImportOptions const & options)
+    Rfc8345Reader(std::string_view format, SourceText const & text, ImportOptions const & options)
         : text_(text), options_(options), builder_(format, text) {}
 
     ImportResult read() {
@@ -311,7 +311,7 @@ bool Rfc8345Importer::recognises(std::string_view bytes) const {
 }
 
 ImportResult Rfc8345Importer::read(SourceText const & text, ImportOptions const & options) const {
-    return Reader(name(), text, options).read();
+    return Rfc8345Reader(name(), text, options).read();
 }
 
 }  // namespace TopologyTools

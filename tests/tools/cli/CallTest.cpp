@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "tests/support/SourceTree.h"
 #include "tests/tools/cli/RunProgram.h"
 #include "tools/format/NaturalOrder.h"
 
@@ -20,8 +19,6 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::StartsWith;
-
-std::string const kFabric = TestSupport::sourcePath("examples/dual-homed-fabric.json");
 
 // A port, a group and an MLAG of one name, and an edge between two hosts; "b" is the local host.
 constexpr char const * kDocument = R"({

@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "tests/support/SourceTree.h"
 #include "tests/tools/cli/RunProgram.h"
 
 namespace TopologyTools {
@@ -18,7 +17,6 @@ using nlohmann::json;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
-std::string const kFabric = TestSupport::sourcePath("examples/dual-homed-fabric.json");
 std::string const kHost = R"({"host":{"a":{"port":{"p":{"type":"port"},"q":{}}}},)"
                           R"("edge":{"/host/a/port/p":{"toPort":{"/host/a/port/q":true}}}})";
 

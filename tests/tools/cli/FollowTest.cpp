@@ -29,8 +29,6 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::StartsWith;
 
-std::string const kFabric = TestSupport::sourcePath("examples/dual-homed-fabric.json");
-
 // What a reader has who applies all operations of an output; expects their causes to be lines, in order.
 json replayed(std::string const & output) {
     std::istringstream lines(output);
@@ -45,7 +43,7 @@ json replayed(std::string const & output) {
     return document;
 }
 
-json translated(std::string const & document, std::string const & attach = "before") {
+json freshlyTranslated(std::string const & document, std::string const & attach = "before") {
     ProgramRun const run = runProgram({"translate", "--attach", attach, "-"}, {.input = document});
     EXPECT_EQ(run.status, 0) << run.messages;
     return json::parse(run.output);
@@ -62,7 +60,7 @@ TEST(Follow, BeginsWithTheDocumentThatTranslatePrints) {
         json const line = json::parse(run.output);
         EXPECT_EQ(line, (json{{"op", "replace"},
                               {"path", ""},
-                              {"value", translated(fileBytes(kFabric), attach)},
+                              {"value", freshlyTranslated(fileBytes(kFabric), attach)},
                               {"cause", 0}}));
         EXPECT_THAT(run.output, StartsWith(R"({"op":"replace","path":"","value":{"host":)"));
     }
@@ -330,7 +328,7 @@ void expectEdgesOneByOne(std::string const & file) {
     TemporaryFolder const folder;
     ProgramRun const run = runProgram({"follow", folder.file("rest.json", rest.dump())}, {.input = edges});
     EXPECT_EQ(run.status, 0) << run.messages;
-    EXPECT_EQ(replayed(run.output), translated(whole));
+    EXPECT_EQ(replayed(run.output), freshlyTranslated(whole));
 }
 
 TEST(Follow, EdgesOneByOneLeadToTheSameAsAllAtOnce) {

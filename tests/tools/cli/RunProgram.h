@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "tests/support/SourceTree.h"
+
 namespace TopologyTools::Testing {
 
 struct ProgramRun {
@@ -69,6 +71,9 @@ public:
 private:
     std::string path_;
 };
+
+// The path of an example in which two hosts form an MLAG domain.
+inline std::string const kFabric = TestSupport::sourcePath("examples/dual-homed-fabric.json");
 
 // Throws std::runtime_error when there is no such file.
 std::string fileBytes(std::string const & path);

@@ -6,7 +6,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/support/SourceTree.h"
 #include "tests/tools/cli/RunProgram.h"
 
 namespace TopologyTools {
@@ -17,8 +16,6 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::MatchesRegex;
 using ::testing::StartsWith;
-
-std::string const kFabric = TestSupport::sourcePath("examples/dual-homed-fabric.json");
 
 TEST(Usage, HelpIsAResult) {
     for (std::vector<std::string> const & arguments :

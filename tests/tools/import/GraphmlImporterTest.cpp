@@ -22,13 +22,13 @@ std::string map(std::string const & content, std::string const & attributes = " 
     return "<graphml>" + labels + "\n<graph" + attributes + ">\n" + content + "\n</graph></graphml>";
 }
 
-std::string node(std::string const & id, std::string const & label) {
+std::string labelledNode(std::string const & id, std::string const & label) {
     return "<node id='" + id + "'><data key='d1'>" + label + "</data></node>";
 }
 
 TEST(Graphml, AnUndirectedEdgeIsAnEdgeEachWayBetweenPortsNamedAfterThePeer) {
-    std::string const text =
-        map(node("0", "Denver") + node("1", " Los\n Angeles ") + "<edge source='0' target='1'/>");
+    std::string const text = map(labelledNode("0", "Denver") + labelledNode("1", " Los\n Angeles ") +
+                                 "<edge source='0' target='1'/>");
     EXPECT_EQ(operationsOf(text), "host Denver\nhost Los\n Angeles\n"
                                   "port Denver:Los\n Angeles\nport Los\n Angeles:Denver\n"
                                   "edge Denver:Los\n Angeles -> Los\n Angeles:Denver\n"
@@ -39,13 +39,14 @@ TEST(Graphml, AnUndirectedEdgeIsAnEdgeEachWayBetweenPortsNamedAfterThePeer) {
 TEST(Graphml, ParallelEdgesGetPortsOfTheirOwn) {
     std::string const edges =
         "<edge source='0' target='1'/><edge source='1' target='0'/><edge source='0' target='0'/>";
-    EXPECT_EQ(operationsOf(map(node("0", "A") + node("1", "B") + edges, " edgedefault='directed'")),
-              "host A\nhost B\nport A:B\nport A:B-2\nport A:A\nport A:A-2\nport B:A\nport B:A-2\n"
-              "edge A:B -> B:A\nedge B:A-2 -> A:B-2\nedge A:A -> A:A-2\n");
+    EXPECT_EQ(
+        operationsOf(map(labelledNode("0", "A") + labelledNode("1", "B") + edges, " edgedefault='directed'")),
+        "host A\nhost B\nport A:B\nport A:B-2\nport A:A\nport A:A-2\nport B:A\nport B:A-2\n"
+        "edge A:B -> B:A\nedge B:A-2 -> A:B-2\nedge A:A -> A:A-2\n");
 }
 
 TEST(Graphml, AnEdgeMayBeDirectedOtherwiseThanItsGraph) {
-    std::string const nodes = node("0", "A") + node("1", "B");
+    std::string const nodes = labelledNode("0", "A") + labelledNode("1", "B");
     EXPECT_EQ(operationsOf(map(nodes + "<edge source='1' target='0' directed='true'/>")),
               "host A\nhost B\nport A:B\nport B:A\nedge B:A -> A:B\n");
     EXPECT_EQ(operationsOf(
@@ -54,14 +55,16 @@ TEST(Graphml, AnEdgeMayBeDirectedOtherwiseThanItsGraph) {
 }
 
 TEST(Graphml, EdgesMayStandBeforeTheirNodes) {
-    EXPECT_EQ(operationsOf(map("<edge source='0' target='1'/>" + node("0", "A") + node("1", "B"),
-                               " edgedefault='directed'")),
-              "host A\nhost B\nport A:B\nport B:A\nedge A:B -> B:A\n");
+    EXPECT_EQ(
+        operationsOf(map("<edge source='0' target='1'/>" + labelledNode("0", "A") + labelledNode("1", "B"),
+                         " edgedefault='directed'")),
+        "host A\nhost B\nport A:B\nport B:A\nedge A:B -> B:A\n");
 }
 
 TEST(Graphml, AHostBearsItsLabelOnlyWhereThatIsUnique) {
-    EXPECT_EQ(operationsOf(map(node("0", "Bonn") + node("1", "Ulm") + node("2", "Bonn") + "<node id='3'/>" +
-                               node("4", "") + node("5", "3") + node("6", "Bonn (0)"))),
+    EXPECT_EQ(operationsOf(map(labelledNode("0", "Bonn") + labelledNode("1", "Ulm") +
+                               labelledNode("2", "Bonn") + "<node id='3'/>" + labelledNode("4", "") +
+                               labelledNode("5", "3") + labelledNode("6", "Bonn (0)"))),
               "host Bonn (0) (0)\nhost Ulm\nhost Bonn (2)\nhost 3\nhost 4\nhost 3 (5)\nhost Bonn (0)\n");
 }
 

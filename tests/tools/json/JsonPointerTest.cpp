@@ -12,7 +12,7 @@ namespace {
 using namespace std::string_literals;
 using Tokens = std::vector<std::string>;
 
-std::string errorOf(std::string_view pointer) {
+std::string pointerErrorOf(std::string_view pointer) {
     try {
         parseJsonPointer(pointer);
     } catch (JsonPointerError const & error) {
@@ -56,11 +56,11 @@ TEST(JsonPointer, JoinsATokenThatItEscapes) {
 
 TEST(JsonPointer, RefusesABrokenEscapeAndAMissingSlash) {
     std::string const escape = "; expected '0' or '1' after '~' (RFC 6901, section 3)";
-    EXPECT_EQ(errorOf("/a~2"), "not a JSON Pointer: \"/a~2\"" + escape);
-    EXPECT_EQ(errorOf("/a~"), "not a JSON Pointer: \"/a~\"" + escape);
-    EXPECT_EQ(errorOf("/a~/b"), "not a JSON Pointer: \"/a~/b\"" + escape);
+    EXPECT_EQ(pointerErrorOf("/a~2"), "not a JSON Pointer: \"/a~2\"" + escape);
+    EXPECT_EQ(pointerErrorOf("/a~"), "not a JSON Pointer: \"/a~\"" + escape);
+    EXPECT_EQ(pointerErrorOf("/a~/b"), "not a JSON Pointer: \"/a~/b\"" + escape);
     EXPECT_EQ(
-        errorOf("host/a"),
+        pointerErrorOf("host/a"),
         "not a JSON Pointer: \"host/a\"; expected \"\" or a text that starts with '/' (RFC 6901, section 3)");
     EXPECT_THROW(unescapeJsonPointerToken("~"), JsonPointerError);
 }

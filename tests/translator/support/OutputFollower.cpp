@@ -3,6 +3,7 @@
 #include <map>
 #include <utility>
 
+#include "tests/translator/support/Following.h"
 #include "tests/translator/support/Spelling.h"
 
 namespace TestSupport {
@@ -14,10 +15,7 @@ using namespace NetworkTopologyV3;
 // Binds a new reactor of that class, which follows from then on.
 template <class Reactor, class Object>
 Vel::Ptr<Reactor> newReactor(OutputFollower & follower, Vel::Ptr<Object> const & object) {
-    Vel::Ptr<Reactor> const reactor = new Reactor(follower);
-    reactor->notifierIs(object);
-    reactor->isRegisteredNotifieeIs(true);
-    reactor->hasNotificationActiveIs(true);
+    Vel::Ptr<Reactor> const reactor = following<Reactor>(object, follower);
     reactor->followMembers();
     return reactor;
 }
