@@ -54,7 +54,7 @@ GenericIf keyOf(Member const & member) {
 
 // `access(object)` is the range, `access(object, key)` looks up.
 template <class Model, class Key, class Access>
-Accessors accessors(Access const & access) {
+Accessors accessedBy(Access const & access) {
     return {[access](Vel::PtrInterface & object) {
                 Entries all;
                 for (auto const & entry : access(static_cast<Model &>(object))) {
@@ -71,40 +71,40 @@ Accessors accessors(Access const & access) {
             }};
 }
 
-constexpr auto host = [](auto & o, auto const &... key) { return o.host(key...); };
-constexpr auto edge = [](auto & o, auto const &... key) { return o.edge(key...); };
-constexpr auto port = [](auto & o, auto const &... key) { return o.port(key...); };
-constexpr auto portGroup = [](auto & o, auto const &... key) { return o.portGroup(key...); };
-constexpr auto mlag = [](auto & o, auto const &... key) { return o.mlag(key...); };
-constexpr auto mlagRaw = [](auto & o, auto const &... key) { return o.mlagRaw(key...); };
-constexpr auto logicalPort = [](auto & o, auto const &... key) { return o.logicalPort(key...); };
-constexpr auto memberPort = [](auto & o, auto const &... key) { return o.memberPort(key...); };
-constexpr auto toPort = [](auto & o, auto const &... key) { return o.toPort(key...); };
+constexpr auto hostOf = [](auto & o, auto const &... key) { return o.host(key...); };
+constexpr auto edgeOf = [](auto & o, auto const &... key) { return o.edge(key...); };
+constexpr auto portOf = [](auto & o, auto const &... key) { return o.port(key...); };
+constexpr auto portGroupOf = [](auto & o, auto const &... key) { return o.portGroup(key...); };
+constexpr auto mlagOf = [](auto & o, auto const &... key) { return o.mlag(key...); };
+constexpr auto mlagRawOf = [](auto & o, auto const &... key) { return o.mlagRaw(key...); };
+constexpr auto logicalPortOf = [](auto & o, auto const &... key) { return o.logicalPort(key...); };
+constexpr auto memberPortOf = [](auto & o, auto const &... key) { return o.memberPort(key...); };
+constexpr auto toPortOf = [](auto & o, auto const &... key) { return o.toPort(key...); };
 
 std::map<std::string, Accessors> const & collections() {
     using Vel::Name;
     using PortV2 = Vel::Ptr<V2::PortBaseV2 const>;
     static std::map<std::string, Accessors> const all = {
-        {"NetworkTopology::StatusV2::host", accessors<V2::StatusV2, Name>(host)},
-        {"NetworkTopology::StatusV2::edge", accessors<V2::StatusV2, PortV2>(edge)},
-        {"NetworkTopology::HostV2::port", accessors<V2::HostV2, Name>(port)},
-        {"NetworkTopology::HostV2::portGroup", accessors<V2::HostV2, Name>(portGroup)},
-        {"NetworkTopology::HostV2::mlag", accessors<V2::HostV2, Name>(mlag)},
-        {"NetworkTopology::HostV2::mlagRaw", accessors<V2::HostV2, Name>(mlagRaw)},
-        {"NetworkTopology::HostV2::logicalPort", accessors<V2::HostV2, Name>(logicalPort)},
-        {"NetworkTopology::PortGroupV2::memberPort", accessors<V2::PortGroupV2, Name>(memberPort)},
-        {"NetworkTopology::DirectedEdgeV2::toPort", accessors<V2::DirectedEdgeV2, PortV2>(toPort)},
-        {"NetworkTopologyV3::Status::host", accessors<V3::Status, Name>(host)},
-        {"NetworkTopologyV3::Status::edge", accessors<V3::Status, V3::PortKey>(edge)},
-        {"NetworkTopologyV3::Host::port", accessors<V3::Host, Name>(port)},
-        {"NetworkTopologyV3::Host::portGroup", accessors<V3::Host, Name>(portGroup)},
-        {"NetworkTopologyV3::Host::mlag", accessors<V3::Host, Name>(mlag)},
-        {"NetworkTopologyV3::Host::mlagRaw", accessors<V3::Host, Name>(mlagRaw)},
-        {"NetworkTopologyV3::Host::logicalPort", accessors<V3::Host, Name>(logicalPort)},
-        {"NetworkTopologyV3::PortGroup::memberPort", accessors<V3::PortGroup, Name>(memberPort)},
-        {"NetworkTopologyV3::DirectedEdge::toPort", accessors<V3::DirectedEdge, V3::PortKey>(toPort)},
-        {"NetworkTopologyAggregator::V2Sm::host", accessors<V2Sm, Name>(host)},
-        {"NetworkTopologyAggregator::V2Sm::edge", accessors<V2Sm, V2Sm::FromPort>(edge)},
+        {"NetworkTopology::StatusV2::host", accessedBy<V2::StatusV2, Name>(hostOf)},
+        {"NetworkTopology::StatusV2::edge", accessedBy<V2::StatusV2, PortV2>(edgeOf)},
+        {"NetworkTopology::HostV2::port", accessedBy<V2::HostV2, Name>(portOf)},
+        {"NetworkTopology::HostV2::portGroup", accessedBy<V2::HostV2, Name>(portGroupOf)},
+        {"NetworkTopology::HostV2::mlag", accessedBy<V2::HostV2, Name>(mlagOf)},
+        {"NetworkTopology::HostV2::mlagRaw", accessedBy<V2::HostV2, Name>(mlagRawOf)},
+        {"NetworkTopology::HostV2::logicalPort", accessedBy<V2::HostV2, Name>(logicalPortOf)},
+        {"NetworkTopology::PortGroupV2::memberPort", accessedBy<V2::PortGroupV2, Name>(memberPortOf)},
+        {"NetworkTopology::DirectedEdgeV2::toPort", accessedBy<V2::DirectedEdgeV2, PortV2>(toPortOf)},
+        {"NetworkTopologyV3::Status::host", accessedBy<V3::Status, Name>(hostOf)},
+        {"NetworkTopologyV3::Status::edge", accessedBy<V3::Status, V3::PortKey>(edgeOf)},
+        {"NetworkTopologyV3::Host::port", accessedBy<V3::Host, Name>(portOf)},
+        {"NetworkTopologyV3::Host::portGroup", accessedBy<V3::Host, Name>(portGroupOf)},
+        {"NetworkTopologyV3::Host::mlag", accessedBy<V3::Host, Name>(mlagOf)},
+        {"NetworkTopologyV3::Host::mlagRaw", accessedBy<V3::Host, Name>(mlagRawOf)},
+        {"NetworkTopologyV3::Host::logicalPort", accessedBy<V3::Host, Name>(logicalPortOf)},
+        {"NetworkTopologyV3::PortGroup::memberPort", accessedBy<V3::PortGroup, Name>(memberPortOf)},
+        {"NetworkTopologyV3::DirectedEdge::toPort", accessedBy<V3::DirectedEdge, V3::PortKey>(toPortOf)},
+        {"NetworkTopologyAggregator::V2Sm::host", accessedBy<V2Sm, Name>(hostOf)},
+        {"NetworkTopologyAggregator::V2Sm::edge", accessedBy<V2Sm, V2Sm::FromPort>(edgeOf)},
     };
     return all;
 }
