@@ -1,5 +1,6 @@
 // The whole model at once: what keeps what alive, and that everything may go in any order.
 #include <algorithm>
+#include <cstdint>
 #include <functional>
 #include <numeric>
 #include <random>
@@ -11,7 +12,9 @@
 #include "platform/NetworkTopology/StatusV2.h"
 #include "platform/Vel/AllocTrack.h"
 #include "tests/NetworkTopology/Recorders.h"
+#include "tests/support/NamesOfOneHash.h"
 #include "tests/support/SmallStack.h"
+#include "tests/support/VeryMany.h"
 
 namespace NetworkTopologyTest {
 namespace {
@@ -226,6 +229,26 @@ TEST(Lifetime, AHostOfManyMembersIsDestroyedOnASmallStack) {
             edge->toPortIs(port, true);
         }
         EXPECT_EQ(host->port().size(), 60001U);
+    });
+}
+
+TEST(Lifetime, AHostOfVeryManyPortsComesAndGoesOnASmallStack) {
+    TestSupport::onASmallStack([] {
+        auto const host = StatusV2::StatusV2Is()->hostIs("h");
+        for (int i = 0; i < TestSupport::kVeryMany; ++i) host->portIs(std::to_string(i));
+        EXPECT_EQ(host->port().size(), static_cast<std::uint32_t>(TestSupport::kVeryMany));
+        EXPECT_EQ(host->port("7777")->name(), "7777");
+    });
+}
+
+TEST(Lifetime, AHostOfPortsWhoseNamesHaveOneHashComesAndGoesOnASmallStack) {
+    auto names = TestSupport::twentyThousandNamesOfOneHash();
+    names.resize(TestSupport::kVeryManyOfOneHash);
+    TestSupport::onASmallStack([&] {
+        auto const host = StatusV2::StatusV2Is()->hostIs("h");
+        for (Vel::Name const & name : names) host->portIs(name);
+        EXPECT_EQ(host->port().size(), names.size());
+        EXPECT_EQ(host->port(names[777])->name(), names[777]);
     });
 }
 

@@ -2,12 +2,17 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <numeric>
+#include <string>
 
 #include <gtest/gtest.h>
 
 #include "platform/NetworkTopologyV3/Status.h"
 #include "tests/NetworkTopologyV3/Recorders.h"
+#include "tests/support/NamesOfOneHash.h"
+#include "tests/support/SmallStack.h"
+#include "tests/support/VeryMany.h"
 
 namespace NetworkTopologyV3 {
 
@@ -119,6 +124,26 @@ TEST(Teardown, OfAFollowedTopologyInEveryOrder) {
         topology = Topology();
         for (int const which : order) recorders[static_cast<std::size_t>(which)] = nullptr;
         EXPECT_TRUE(journal.take().empty());
+    });
+}
+
+TEST(Teardown, OfAHostOfVeryManyPortsOnASmallStack) {
+    TestSupport::onASmallStack([] {
+        auto const host = Status::StatusIs()->hostIs("h");
+        for (int i = 0; i < TestSupport::kVeryMany; ++i) host->portIs(std::to_string(i));
+        EXPECT_EQ(host->port().size(), static_cast<std::uint32_t>(TestSupport::kVeryMany));
+        EXPECT_EQ(host->port("7777")->name(), "7777");
+    });
+}
+
+TEST(Teardown, OfAHostOfPortsWhoseNamesHaveOneHashOnASmallStack) {
+    auto names = TestSupport::twentyThousandNamesOfOneHash();
+    names.resize(TestSupport::kVeryManyOfOneHash);
+    TestSupport::onASmallStack([&] {
+        auto const host = Status::StatusIs()->hostIs("h");
+        for (Vel::Name const & name : names) host->portIs(name);
+        EXPECT_EQ(host->port().size(), names.size());
+        EXPECT_EQ(host->port(names[777])->name(), names[777]);
     });
 }
 

@@ -1,5 +1,6 @@
 #include "tests/support/NamesOfOneHash.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -50,6 +51,16 @@ std::vector<Vel::Name> namesOfOneHash(unsigned blocks) {
         names.emplace_back(chosen);
     }
     return names;
+}
+
+std::vector<Vel::Name> const & twentyThousandNamesOfOneHash() {
+    static std::vector<Vel::Name> const descending = [] {
+        std::vector<Vel::Name> names = namesOfOneHash(15);
+        names.resize(20'000);
+        std::sort(names.begin(), names.end(), [](Vel::Name const & a, Vel::Name const & b) { return b < a; });
+        return names;
+    }();
+    return descending;
 }
 
 }  // namespace TestSupport

@@ -9,6 +9,7 @@
 
 #include "tests/support/NamesOfOneHash.h"
 #include "tests/support/SmallStack.h"
+#include "tests/support/VeryMany.h"
 #include "tests/translator/support/Topologies.h"
 #include "translator/V2Sm.h"
 
@@ -67,13 +68,29 @@ INSTANTIATE_TEST_SUITE_P(, VeryMany, testing::Bool(),
 
 TEST_P(VeryMany, PortsOfOneHostComeAndGoOnASmallStack) {
     TestSupport::onASmallStack([] {
-        constexpr int kPorts = 50'000;
         LargeScene scene(GetParam(), [](StatusV2 & v2) {
             auto const host = v2.hostIs("h");
-            for (int i = 0; i < kPorts; ++i) host->portIs(std::to_string(i));
+            for (int i = 0; i < TestSupport::kVeryMany; ++i) host->portIs(std::to_string(i));
         });
-        EXPECT_EQ(scene.v3->host("h")->port().size(), static_cast<std::uint32_t>(kPorts));
+        EXPECT_EQ(scene.v3->host("h")->port().size(), static_cast<std::uint32_t>(TestSupport::kVeryMany));
         EXPECT_NE(scene.v3->host("h")->port("7777"), nullptr);
+        scene.sm = nullptr;
+        EXPECT_EQ(scene.v3->host("h"), nullptr);
+    });
+}
+
+// Each of the ports is looked up several times among all the others, so they are fewer than a model alone
+// gets.
+TEST_P(VeryMany, PortsWhoseNamesHaveOneHashComeAndGoOnASmallStack) {
+    auto names = TestSupport::twentyThousandNamesOfOneHash();
+    names.resize(TestSupport::kVeryManyOfOneHash / 4);
+    TestSupport::onASmallStack([&] {
+        LargeScene scene(GetParam(), [&](StatusV2 & v2) {
+            auto const host = v2.hostIs("h");
+            for (Vel::Name const & name : names) host->portIs(name);
+        });
+        EXPECT_EQ(scene.v3->host("h")->port().size(), names.size());
+        EXPECT_NE(scene.v3->host("h")->port(names[777]), nullptr);
         scene.sm = nullptr;
         EXPECT_EQ(scene.v3->host("h"), nullptr);
     });
