@@ -9,6 +9,9 @@ import subprocess
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 BUILT = ROOT / "build/release/bench/translator_bench"
 PEER = "idiomatic/"
+PORTS = 64
+# A small fabric is gone through several times, so that what happens once weighs little.
+LEAST_ITERATIONS = 16384
 
 
 class Failure(Exception):
@@ -33,6 +36,12 @@ def add_arguments(parser, sizes):
     parser.add_argument("--sizes", type=numbers, default=sizes, metavar="H,...", help="numbers of hosts")
     parser.add_argument("--benchmarks", type=words, metavar="NAME,...", help="these alone, for example type_change")
     parser.add_argument("--program", type=pathlib.Path, default=BUILT, help="translator_bench, where it was built")
+
+
+def iterations_for(size):
+    """A multiple of the ports, which is what one step of some benchmarks makes at once."""
+    ports = size * PORTS
+    return ports * max(1, LEAST_ITERATIONS // ports)
 
 
 def output_of(command):
@@ -74,8 +83,9 @@ class Program:
         out, _ = output_of([self.path, self.selecting(name, size), "--benchmark_format=json"])
         return json.loads(out)["benchmarks"][0]["cpu_time"]
 
-    def instructions(self, name, size, iterations):
+    def change_instructions(self, name, size):
         """Instructions of one iteration, as callgrind counts them."""
+        iterations = iterations_for(size)
         _, error = output_of([
             "valgrind", "--tool=callgrind", "--instr-atstart=no", "--callgrind-out-file=/dev/null",
             self.path, self.selecting(name, size), f"--iterations={iterations}",

@@ -10,14 +10,21 @@ namespace NetworkTopologyAggregator {
 
 inline constexpr Vel::TraceFacility::FacilityLevel kTraceLevel{5};
 
-extern constinit Vel::TraceSwitch traceSwitch;
+// Of this library alone, so that its address needs no table.
+[[gnu::visibility("hidden")]] extern constinit Vel::TraceSwitch traceSwitch;
+
+#ifdef NTA_WITHOUT_TRACING
+inline constexpr bool kTraces = false;
+#else
+inline constexpr bool kTraces = true;
+#endif
 
 // Writes `signature` as the message of a record with file "V2Sm" and the short name `function`.
 [[gnu::cold]] void traceSignature(char const * signature, char const * function, int line);
 
 // `line` is the caller's. (Clang 14 has no std::source_location with the library used here.)
 inline void traced(char const * signature, char const * function, int line = __builtin_LINE()) {
-    if (traceSwitch.enabled(kTraceLevel)) [[unlikely]] {
+    if (kTraces && traceSwitch.enabled<kTraceLevel>()) [[unlikely]] {
         traceSignature(signature, function, line);
     }
 }
