@@ -48,8 +48,7 @@ void PortGroupV2::memberPortDelAll() {
 Vel::Ptr<MlagV2> PortGroupV2::mlag() const { return mlag_.get(); }
 
 void PortGroupV2::mlagIs(Vel::Ptr<MlagV2> const & value) {
-    if (mlag_ == value.get()) return;
-    mlag_ = value.get();
+    if (!mlag_.targetIs(value.get())) return;
     notify([](NotifieeConst & r) { r.onMlag(); });
 }
 

@@ -14,8 +14,7 @@ Port::~Port() = default;
 PortGroup * Port::portGroup() const noexcept { return portGroup_.get(); }
 
 void Port::portGroupIs(PortGroup * portGroup) {
-    if (portGroup_ == portGroup) return;
-    portGroup_ = portGroup;
+    if (!portGroup_.targetIs(portGroup)) return;
     notifyKind<NotifieeConst>([](NotifieeConst & r) { r.onPortGroup(); });
 }
 

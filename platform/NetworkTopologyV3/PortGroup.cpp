@@ -44,8 +44,7 @@ void PortGroup::memberPortDelAll() {
 MlagPort const * PortGroup::mlag() const noexcept { return mlag_.get(); }
 
 void PortGroup::mlagIs(MlagPort const * mlag) {
-    if (mlag_ == mlag) return;
-    mlag_ = mlag;
+    if (!mlag_.targetIs(mlag)) return;
     notify([](NotifieeConst & r) { r.onMlag(); });
 }
 

@@ -153,7 +153,10 @@ public:
           bucketBits_(map.bucketBits_) {}
 
     // Null when there is none.
-    HashMapMember * first() noexcept { return map_->findNextG(nullptr, bucketBits_, *keys_, bucket_); }
+    HashMapMember * first() noexcept {
+        HashMapMember * const first = map_->buckets_[0].get();
+        return first || map_->size_ == 0 ? first : map_->findNextBucket(bucket_);
+    }
     // Where `member` stands; null is the end.
     void placeIs(HashMapMember const * member) noexcept {
         if (member) bucket_ = HashMapGeneric::bucketOf(member->bucketHash_, bucketBits_);

@@ -29,17 +29,21 @@ void NotifieeList::enter(NotifieeConst & reactor) noexcept {
 }
 
 void NotifieeList::leave(NotifieeConst & reactor) noexcept {
-    NotifieeConst * previous = last_;
-    while (previous->next() != &reactor) previous = previous->next();
     NotifieeConst * const next = reactor.next();
+    NotifieeConst * previous = next;
+    while (previous->next() != &reactor) previous = previous->next();
     for (Delivery * d = Delivery::innermost_; d; d = d->outer_) {
         if (d->list_ != this) continue;
         if (d->called_ == &reactor) d->calledLeft_ = true;
         if (d->next_ == &reactor) d->next_ = d->last_ == &reactor ? nullptr : next;
         if (d->last_ == &reactor) d->last_ = previous;
     }
-    previous->nextIs(next);
-    if (last_ == &reactor) last_ = previous == &reactor ? nullptr : previous;
+    if (next == &reactor) {
+        last_ = nullptr;
+    } else {
+        previous->nextIs(next);
+        if (last_ == &reactor) last_ = previous;
+    }
     reactor.nextIs(nullptr);
 }
 

@@ -104,8 +104,7 @@ private:
     template <class Reactor, class Callback>
     static void call(PtrInterface::NotifieeConst & reactor, void const * callback);
 
-    // The reactor, if there is exactly one, if it takes callbacks, and if a reference can keep it alive.
-    // REQUIRES: not empty.
+    // Null when there is none or when there are several.
     PtrInterface::NotifieeConst * onlyOne() const noexcept;
     // Called with the exception in flight.
     [[gnu::cold]] static void failedAlone(PtrInterface::NotifieeConst & reactor) noexcept;
@@ -168,10 +167,6 @@ private:
         constexpr std::uint32_t kTested = kNotificationActive | kHeld;
         return (flags() & kTested) == kNotificationActive;
     }
-    bool takesCallbacksAndReferences() const noexcept {
-        std::uint32_t const now = word();
-        return (now & (kNotificationActive | kHeld)) == kNotificationActive && (now & kReferences) != 0;
-    }
 
     // Of the notifier's list. Null while not registered.
     NotifieeConst * next() const noexcept {
@@ -191,13 +186,16 @@ private:
 
 inline PtrInterface::NotifieeConst * NotifieeList::onlyOne() const noexcept {
     PtrInterface::NotifieeConst * const last = last_;
-    return last->next() == last && last->takesCallbacksAndReferences() ? last : nullptr;
+    return last && last->next() == last ? last : nullptr;
 }
 
 template <class Reactor, class Callback>
 void NotifieeList::notify(PtrInterface const & notifier, Callback const & callback) const {
     if (empty()) return;
-    if (PtrInterface::NotifieeConst * const only = onlyOne()) [[likely]] {
+    PtrInterface::NotifieeConst * const only = onlyOne();
+    if (only && !only->takesCallbacks()) return;
+    // One that nobody counts could not be kept alive.
+    if (only && only->references() != 0) [[likely]] {
         // Nothing that it may do to the list matters to this delivery, which ends with it.
         PtrInterface::Held const held(notifier, *only);
         try {
@@ -214,7 +212,10 @@ void NotifieeList::notify(PtrInterface const & notifier, Callback const & callba
 template <class Reactor, class First, class Second>
 void NotifieeList::notify(PtrInterface const & notifier, First const & first, Second const & second) const {
     if (empty()) return;
-    if (PtrInterface::NotifieeConst * const only = onlyOne()) [[likely]] {
+    PtrInterface::NotifieeConst * const only = onlyOne();
+    if (only && !only->takesCallbacks()) return;
+    // One that nobody counts could not be kept alive.
+    if (only && only->references() != 0) [[likely]] {
         PtrInterface::Held const held(notifier, *only);
         Delivery delivery(*this);
         delivery.calledIs(*only);

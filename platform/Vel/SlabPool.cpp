@@ -79,14 +79,19 @@ struct alignas(64) Slab {
     }
     bool isFull() const noexcept { return cellsInUse == cellCount; }
 
-    // REQUIRES: not full.
-    void * cellNew() noexcept {
+    // Takes at least one free cell and at most `most`, the lowest last, and returns how many. REQUIRES: not
+    // full.
+    std::uint32_t cellsNew(void ** taken, std::uint32_t most) noexcept {
         while (freeCells[firstWord] == 0) ++firstWord;
         std::uint64_t & word = freeCells[firstWord];
-        std::size_t const cell = firstWord * kCellsPerWord + static_cast<unsigned>(std::countr_zero(word));
-        word &= word - 1;
-        ++cellsInUse;
-        return cells + cell * cellBytes;
+        std::uint32_t const count = std::min(most, static_cast<std::uint32_t>(std::popcount(word)));
+        std::byte * const first = cells + std::size_t{firstWord} * kCellsPerWord * cellBytes;
+        for (std::uint32_t left = count; left-- > 0;) {
+            taken[left] = first + static_cast<unsigned>(std::countr_zero(word)) * std::size_t{cellBytes};
+            word &= word - 1;
+        }
+        cellsInUse += count;
+        return count;
     }
     void cellDel(void * storage) noexcept {
         auto const offset = static_cast<std::uint64_t>(static_cast<std::byte *>(storage) - cells);
@@ -129,8 +134,7 @@ static_assert(sizeof(Chunk) <= kSlabBytes);
 
 class Pool {
 public:
-    // Takes at least one free cell and at most `most`, the lowest last, and returns how many. Throws
-    // std::bad_alloc.
+    // As Slab::cellsNew. Throws std::bad_alloc.
     std::uint32_t cellsNew(std::size_t cellBytes, void ** cells, std::uint32_t most) {
         List<Slab> & slabs = slabs_[cellBytes / kGranule];
         Slab * slab = slabs.first();
@@ -138,8 +142,7 @@ public:
             slab = &slabNew(cellBytes);
             slabs.pushFront(*slab);
         }
-        std::uint32_t const count = std::min(most, slab->cellCount - slab->cellsInUse);
-        for (std::uint32_t left = count; left-- > 0;) cells[left] = slab->cellNew();
+        std::uint32_t const count = slab->cellsNew(cells, most);
         if (slab->isFull()) [[unlikely]]
             slabs.remove(*slab);
         return count;

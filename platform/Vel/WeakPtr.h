@@ -80,12 +80,18 @@ public:
     T * get() const noexcept { return const_cast<T *>(static_cast<T const *>(object())); }
     // Throws std::bad_alloc, and has then changed nothing.
     WeakPtr & operator=(T * target) {
-        if (!target) {
-            letGo();
-        } else if (target != get()) {
-            referTo(*target, target->weakTarget());
-        }
+        targetIs(target);
         return *this;
+    }
+    // The same; tells whether that was another one.
+    bool targetIs(T * target) {
+        if (target == get()) return false;
+        if (target) {
+            referTo(*target, target->weakTarget());
+        } else {
+            letGo();
+        }
+        return true;
     }
     friend bool operator==(WeakPtr const & a, T * b) noexcept { return a.get() == b; }
 };
