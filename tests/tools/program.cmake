@@ -1,3 +1,6 @@
+# In parts that a machine's cores share.
+set(shards 2)
+
 # Some of these tests run the program itself.
 target_link_libraries(${target} PRIVATE test-support)
 nta_link_floor(${target} tools)
