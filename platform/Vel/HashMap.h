@@ -325,9 +325,13 @@ public:
     Member * operator[](Key const & key) const noexcept { return find(HashMapKey<Key>::hash(key), key); }
     // The same for a key whose hash is known.
     Member * find(std::uint32_t hash, Key const & key) const noexcept {
-        return find(hash, [&](Member const & member) {
-            return HashMapKey<Key>::equals(member.collectionKey(), key);
-        });
+        for (HashMapMember * m = startAtHash(hash); m; m = nextInBucket(*m)) {
+            if (bucketHash(*m) != hash) continue;
+            if (HashMapKey<Key>::equals(keyOf(*m), key)) return static_cast<Member *>(m);
+            // Another key of the same hash, which is rare: past the key's place there is no need to go on.
+            if (HashMapKey<Key>::lessThan(key, keyOf(*m))) return nullptr;
+        }
+        return nullptr;
     }
     // The same for a key in another form: its hash, and whether it is that of a member.
     template <class IsKeyOf>
