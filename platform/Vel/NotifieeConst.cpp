@@ -12,7 +12,7 @@ constinit thread_local NotifieeList::Delivery * NotifieeList::Delivery::innermos
 
 NotifieeList::~NotifieeList() {
     // Reactors hold their notifier, so only an object outside the heap can die with followers.
-    while (last_) leave(*last_);
+    while (last_) leave(*last_->next());
     for (Delivery * d = Delivery::innermost_; d; d = d->outer_) {
         if (d->list_ == this) d->list_ = nullptr;
     }
@@ -30,7 +30,7 @@ void NotifieeList::enter(NotifieeConst & reactor) noexcept {
 
 void NotifieeList::leave(NotifieeConst & reactor) noexcept {
     NotifieeConst * const next = reactor.next();
-    NotifieeConst * previous = next;
+    NotifieeConst * previous = last_;
     while (previous->next() != &reactor) previous = previous->next();
     for (Delivery * d = Delivery::innermost_; d; d = d->outer_) {
         if (d->list_ != this) continue;

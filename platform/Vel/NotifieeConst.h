@@ -111,7 +111,8 @@ private:
     void deliver(PtrInterface const & notifier, Call first, void const * firstCallback, Call second,
                  void const * secondCallback) const;
     void enter(PtrInterface::NotifieeConst & reactor) noexcept;
-    // Looks for the reactor before it, of which there are few.
+    // Looks for the reactor before it, of which there are few, from the first one on: many leave mostly in
+    // the order in which they entered, and then each is found at once.
     void leave(PtrInterface::NotifieeConst & reactor) noexcept;
 
     // A ring: after the last reactor comes the first one.

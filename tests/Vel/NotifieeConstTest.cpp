@@ -249,6 +249,16 @@ TEST_F(NotifieeConst, GetsKeyedAndUnkeyedCallbackBeforeTheNextReactor) {
     EXPECT_EQ(calls_, (Calls{"a fuse f", "a fuse", "b fuse f", "b fuse"}));
 }
 
+// Takes minutes when each of them is looked for among all that are still there.
+TEST_F(NotifieeConst, LeavesAmongVeryManyInTheOrderInWhichTheyEntered) {
+    std::vector<Ptr<Watch>> watches(200'000);
+    for (Ptr<Watch> & watch : watches) watch = following(lamp_, calls_);
+    for (Ptr<Watch> & watch : watches) watch->isRegisteredNotifieeIs(false);
+    EXPECT_FALSE(lamp_->isFollowed());
+    lamp_->brightnessIs(1);
+    EXPECT_TRUE(calls_.empty());
+}
+
 TEST_F(NotifieeConst, SeesTheNewValue) {
     Ptr<Watch> const watch = following(lamp_, calls_);
     unsigned seen = 0;
