@@ -328,8 +328,9 @@ public:
         for (HashMapMember * m = startAtHash(hash); m; m = nextInBucket(*m)) {
             if (bucketHash(*m) != hash) continue;
             if (HashMapKey<Key>::equals(keyOf(*m), key)) return static_cast<Member *>(m);
-            // Another key of the same hash, which is rare: past the key's place there is no need to go on.
-            if (HashMapKey<Key>::lessThan(key, keyOf(*m))) return nullptr;
+            // Another key of the same hash: past the key's place there is no need to go on.
+            if (isBefore(key, *m)) [[unlikely]]
+                return nullptr;
         }
         return nullptr;
     }
@@ -378,6 +379,10 @@ public:
 private:
     static Key const & keyOf(HashMapMember const & member) noexcept {
         return static_cast<Member const &>(member).collectionKey();
+    }
+    [[gnu::cold, gnu::noinline]] static bool isBefore(Key const & key,
+                                                      HashMapMember const & member) noexcept {
+        return HashMapKey<Key>::lessThan(key, keyOf(member));
     }
     static Key const & keyAt(void const * key) noexcept { return *static_cast<Key const *>(key); }
 
