@@ -67,4 +67,5 @@ private:
 VEL_EXPORT Vel::Ptr<PortBaseFinder>
 portBaseFinderFactory(Vel::Ptr<NetworkTopology::HostV2 const> const & hostV2,
                       Vel::Ptr<NetworkTopologyV3::Host> const & hostV3);
+
 }  // namespace NetworkTopologyAggregator

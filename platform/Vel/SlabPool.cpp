@@ -274,8 +274,9 @@ constinit std::array<SlabPool::Shelf, SlabPool::kIndices> SlabPool::shelves_{};
 constinit std::uint32_t SlabPool::shelfRoom_ = SlabPool::Shelf::kRoom;
 
 void * SlabPool::anyCell(std::size_t size) {
-    if (!kPooled || size > kLargestCell || !pooled) return ::operator new(size);
+    if (!kPooled || size > kLargestCell) return ::operator new(size);
     Guard const guard;
+    if (!pooled) return ::operator new(size);
     std::size_t const cellBytes = index(size) * kAlignment;
     void * cell = nullptr;
     if (VFPtrInterface::threadSafePointers_) {
