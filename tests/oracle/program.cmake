@@ -13,6 +13,8 @@ set_source_files_properties(
 set_source_files_properties(${CMAKE_CURRENT_SOURCE_DIR}/oracle/TranslatorSubject.cpp PROPERTIES
     SKIP_PRECOMPILE_HEADERS ON
     COMPILE_OPTIONS -O2)
+# Compiled again by itself for each fault that is planted.
+set_source_files_properties(${CMAKE_CURRENT_SOURCE_DIR}/oracle/TapesTest.cpp PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 target_link_libraries(${target} PRIVATE test-support)
 nta_link_floor(${target} translator)
 
@@ -34,6 +36,7 @@ endif()
 if(NOT NTA_SANITIZE AND NOT NTA_COVERAGE)
     find_package(Python3 REQUIRED COMPONENTS Interpreter)
     set(oracle ${CMAKE_CURRENT_SOURCE_DIR}/oracle)
-    add_test(NAME oracle.faults COMMAND Python3::Interpreter ${oracle}/seeded_faults.py --check)
+    add_test(NAME oracle.faults COMMAND Python3::Interpreter ${oracle}/seeded_faults.py
+        --check --build ${PROJECT_BINARY_DIR})
     add_test(NAME oracle.faults.control COMMAND Python3::Interpreter ${oracle}/seeded_faults_test.py)
 endif()

@@ -54,6 +54,19 @@ def misfits(table, root, expected=25):
             yield f"{source}: no fault is planted there"
 
 
+def commands_of(folder):
+    """The compiler commands of a build, by source."""
+    entries = json.loads((folder / "compile_commands.json").read_text(encoding="utf-8"))
+    return {os.path.relpath(entry["file"], ROOT): shlex.split(entry["command"]) for entry in entries}
+
+
+def strays(commands):
+    """Yields which of the sources that are compiled again cannot be."""
+    for source in [*sources(ROOT), *USERS]:
+        if source not in commands:
+            yield f"{source}: has no compiler command of its own"
+
+
 def after(words, flag):
     return words.index(flag) + 1
 
@@ -64,8 +77,7 @@ class Build:
     def __init__(self, folder, jobs):
         self.folder = folder
         self.run("cmake", "--build", str(folder), "--parallel", str(jobs), "--target", "test-oracle")
-        entries = json.loads((folder / "compile_commands.json").read_text(encoding="utf-8"))
-        commands = {os.path.relpath(entry["file"], ROOT): shlex.split(entry["command"]) for entry in entries}
+        commands = commands_of(folder)
         self.compile = {source: commands[source] for source in [*sources(ROOT), *USERS]}
         link = self.run("ninja", "-t", "commands", "test-oracle").strip().splitlines()[-1]
         self.link = shlex.split(link.removeprefix(": && ").removesuffix(" && :"))
@@ -165,7 +177,7 @@ def search(build, table, tapes, jobs):
 
 def main(arguments):
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--check", action="store_true", help="only see whether the table fits the sources")
+    parser.add_argument("--check", action="store_true", help="only see whether the table fits the sources and the build")
     parser.add_argument("--build", type=pathlib.Path, default=ROOT / "build/dev", help="a build made with Ninja")
     parser.add_argument("--tapes", type=int, default=20000, help="how many a fault may take")
     parser.add_argument("-j", dest="jobs", type=int, default=2, help="how many faults at a time")
@@ -175,6 +187,8 @@ def main(arguments):
     wrong = list(misfits(faults.FAULTS, ROOT))
     names = {fault.name for fault in faults.FAULTS}
     wrong += [f"{name}: no such fault" for name in options.faults if name not in names]
+    if options.check:
+        wrong += strays(commands_of(options.build))
     for line in wrong:
         print(line)
     if wrong:
