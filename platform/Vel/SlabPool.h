@@ -55,7 +55,7 @@ public:
 
     // Whether pieces come from the pool from now on, which they do at first. Without it every piece comes
     // from the system, as a memory checker wants it. Cells that are in use stay where they are.
-    static void pooledIs(bool pooled) noexcept;
+    static void pooledIs(bool on) noexcept;
 
     // Bytes. What is held but not in slabs has not been touched, or waits to be used again.
     struct Usage {
