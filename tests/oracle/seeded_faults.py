@@ -101,13 +101,11 @@ class Build:
         objects = {source: words[after(words, "-o")] for source, words in self.compile.items()}
         replaced = {objects[source]: changed[source] for source in USERS if source in changed}
         ours = [changed.get(source, objects[source]) for source in objects if source not in USERS]
-        words = []
-        for word in self.link:
-            is_library = os.path.basename(word).startswith("libnetwork-topology-aggregator.")
-            words += ours if is_library else [replaced.get(word, word)]
+        words = [replaced.get(word, word) for word in self.link]
         program = str(scratch / "tapes")
-        words[after(words, "-o")] = program
-        self.run(*words)
+        output = after(words, "-o")
+        # Before the library, which gives the rest: what the program has itself is not taken from there.
+        self.run(*words[: output - 1], "-o", program, *ours, *words[output + 1 :])
         return program
 
 
