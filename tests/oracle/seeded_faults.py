@@ -79,6 +79,7 @@ class Build:
         self.run("cmake", "--build", str(folder), "--parallel", str(jobs), "--target", "test-oracle")
         commands = commands_of(folder)
         self.compile = {source: commands[source] for source in [*sources(ROOT), *USERS]}
+        self.rest = [words[after(words, "-o")] for source, words in commands.items() if source.startswith("reflection/")]
         link = self.run("ninja", "-t", "commands", "test-oracle").strip().splitlines()[-1]
         self.link = shlex.split(link.removeprefix(": && ").removesuffix(" && :"))
 
@@ -101,11 +102,12 @@ class Build:
         objects = {source: words[after(words, "-o")] for source, words in self.compile.items()}
         replaced = {objects[source]: changed[source] for source in USERS if source in changed}
         ours = [changed.get(source, objects[source]) for source in objects if source not in USERS]
-        words = [replaced.get(word, word) for word in self.link]
+        # In the place of their library, wherever it stands: what binds within it would stay as it is.
+        words = [replaced.get(word, word) for word in self.link
+                 if not os.path.basename(word).startswith("libnetwork-topology-aggregator.")]
         program = str(scratch / "tapes")
         output = after(words, "-o")
-        # Before the library, which gives the rest: what the program has itself is not taken from there.
-        self.run(*words[: output - 1], "-o", program, *ours, *words[output + 1 :])
+        self.run(*words[: output - 1], "-o", program, *ours, *self.rest, *words[output + 1 :])
         return program
 
 
