@@ -28,9 +28,10 @@ function(nta_library name)
         INSTALL_RPATH "$ORIGIN")
     # Nobody replaces a function of these libraries by one of the same name, and a virtual function that is called
     # is hardly ever the base's own: the first two let the compiler call in place what it sees, the third one
-    # keeps it from guessing.
+    # keeps it from guessing. Two counts that stand side by side change one at a time, too: loaded as one vector
+    # they would wait for each other's stores.
     target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition -fno-plt
-        -fno-devirtualize-speculatively>)
+        -fno-devirtualize-speculatively -fno-tree-slp-vectorize>)
     if(NTA_SANITIZE)
         # What the tests wait for. A sanitizer finds as much in code that is optimised a little.
         target_compile_options(${target} PRIVATE -O1)

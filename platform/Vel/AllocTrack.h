@@ -35,36 +35,42 @@ public:
         if (!known.load(std::memory_order_acquire)) [[unlikely]]
             known.store(recordOf(type, size), std::memory_order_release);
         AllocTrackTypeInfo & counted = *known.load(std::memory_order_acquire);
-        add(counted.live_, 1);
-        add(counted.total_, 1);
+        if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
+            std::atomic_ref<std::uint64_t>(counted.live_).fetch_add(1, std::memory_order_relaxed);
+            std::atomic_ref<std::uint64_t>(counted.total_).fetch_add(1, std::memory_order_relaxed);
+        } else {
+            ++counted.live_;
+            ++counted.total_;
+        }
     }
     static void trackDeallocation(AllocTrackTypeInfo * record) noexcept {
-        add(record->live_, ~std::uint64_t{0});
+        if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
+            std::atomic_ref<std::uint64_t>(record->live_).fetch_sub(1, std::memory_order_relaxed);
+        } else {
+            --record->live_;
+        }
     }
 
     // The demangled name of the class.
     std::string const & typeName() const noexcept { return typeName_; }
     // Bytes of one object.
     unsigned int size() const noexcept { return size_; }
-    std::uint64_t live() const noexcept { return live_.load(std::memory_order_relaxed); }
-    std::uint64_t total() const noexcept { return total_.load(std::memory_order_relaxed); }
+    std::uint64_t live() const noexcept { return loaded(live_); }
+    std::uint64_t total() const noexcept { return loaded(total_); }
 
 private:
     AllocTrackTypeInfo(std::string typeName, unsigned int size)
         : typeName_(std::move(typeName)), size_(size) {}
     static AllocTrackTypeInfo * recordOf(std::type_info const & type, unsigned int size);
-    static void add(std::atomic<std::uint64_t> & counter, std::uint64_t difference) noexcept {
-        if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
-            counter.fetch_add(difference, std::memory_order_relaxed);
-        } else {
-            counter.store(counter.load(std::memory_order_relaxed) + difference, std::memory_order_relaxed);
-        }
+    static std::uint64_t loaded(std::uint64_t & counter) noexcept {
+        return std::atomic_ref<std::uint64_t>(counter).load(std::memory_order_relaxed);
     }
 
     std::string const typeName_;
     unsigned int const size_;
-    std::atomic<std::uint64_t> live_ = 0;
-    std::atomic<std::uint64_t> total_ = 0;
+    // Changed on several threads only where pointers are thread-safe.
+    mutable std::uint64_t live_ = 0;
+    mutable std::uint64_t total_ = 0;
 };
 
 // Every tracked class of which an object has been made, in the order of their first objects.

@@ -41,7 +41,7 @@ struct CollectionMutation {
     static Ptr<Member> memberIs(Model & model, HashMap<Member, Key, Model> & map, Key const & key,
                                 Create const & create, On const & on) {
         if (Member * const present = map[key]) return present;
-        Ptr<Member> const member = create();
+        Ptr<Member> member = create();
         enter(model, map, member);
         notifyOfKey(model, key, on);
         return member;
@@ -68,7 +68,7 @@ struct CollectionMutation {
     // For a model that is being destroyed: its members hear of it, and nobody else.
     template <class Member, class Key, class Model>
     static void letGoAll(HashMap<Member, Key, Model> & map) noexcept {
-        for (auto member = map.iterator(); member; ++member) Access::template letGo<Model>(**member);
+        map.forEach([](Member & member) { Access::template letGo<Model>(member); });
     }
 
     // Value collections.
@@ -83,11 +83,13 @@ struct CollectionMutation {
     template <class Model, class Tag, class Key, class Value, class On>
     static void valueIs(Model & model, HashMap2018<Tag, Key, Value> & map, Key const & key,
                         std::type_identity_t<Value> const & value, On const & on) {
+        model.fetchReactors();
         if (map.valueIs(key, value)) notifyOfKey(model, key, on);
     }
 
     template <class Model, class Tag, class Key, class Value, class On>
     static void valueDel(Model & model, HashMap2018<Tag, Key, Value> & map, Key const & key, On const & on) {
+        model.fetchReactors();
         if (auto const entry = map.valueDel(key)) notifyOfKey(model, key, on);
     }
 

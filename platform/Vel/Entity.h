@@ -5,6 +5,7 @@
 
 #include "platform/Vel/Export.h"
 #include "platform/Vel/HashMap.h"
+#include "platform/Vel/Name.h"
 #include "platform/Vel/NotifieeConst.h"
 
 namespace Vel {
@@ -14,9 +15,13 @@ public:
     NotifieeList * notifieeList() const override;
     // Whether a reactor is registered.
     bool isFollowed() const noexcept { return !notifiees_.empty(); }
+    // Before work that ends with a delivery.
+    void fetchReactors() const noexcept { notifiees_.fetch(); }
 
 protected:
     Entity() noexcept = default;
+    // One that stands in collections under `name`, always.
+    explicit Entity(Name const & name) noexcept : HashMapMember(name.reversedHash()) {}
 
     NotifieeList const & notifiees() const noexcept { return notifiees_; }
 

@@ -3,21 +3,49 @@
 #include <algorithm>
 #include <bit>
 #include <cassert>
+#include <memory>
 #include <new>
 #include <utility>
 
+#include "platform/Vel/SlabPool.h"
+
 namespace Vel {
 
-HashMapGeneric::HashMapGeneric(unsigned initialSize) noexcept
-    : initialBucketBits_(static_cast<std::uint8_t>(
-          std::min<unsigned>(std::bit_width(initialSize ? initialSize - 1 : 0u), kMostInitialBucketBits))) {}
+namespace {
 
-void HashMapGeneric::newMemberG(Ptr<HashMapMember> member, std::uint32_t hash,
-                                KeyTable const & keys) noexcept {
+using Link = Ptr<HashMapMember>;
+
+// Small arrays lie with the objects; large ones are huge pages.
+
+// Null without the memory for it.
+Link * newLinks(unsigned bits) noexcept {
+    std::size_t const count = std::size_t{1} << bits;
+    try {
+        auto * const links = static_cast<Link *>(SlabPool::cell(count * sizeof(Link)));
+        std::uninitialized_value_construct_n(links, count);
+        return links;
+    } catch (std::bad_alloc const &) {
+        return nullptr;
+    }
+}
+
+// REQUIRES: all are null.
+void linksDel(Link * links, unsigned bits) noexcept {
+    SlabPool::cellDel(links, (std::size_t{1} << bits) * sizeof(Link));
+}
+
+}  // namespace
+
+HashMapGeneric::HashMapGeneric(unsigned initialSize) noexcept
+    : single_(),
+      state_(kInitialBits * std::min<unsigned>(std::bit_width(initialSize ? initialSize - 1 : 0u),
+                                               kMostInitialBucketBits)) {}
+
+void HashMapGeneric::newMemberG(Link member, std::uint32_t hash, KeyTable const & keys) noexcept {
     member->bucketHash_ = hash;
-    if (size_ >= buckets()) [[unlikely]]
-        bucketBitsIs(std::max<unsigned>(bucketBits_ + 1u, initialBucketBits_));
-    Ptr<HashMapMember> * link = linkAtHash(hash);
+    if (size_ >= bucketCount()) [[unlikely]]
+        bucketBitsIs(std::max(bucketBits() + 1, initialBucketBits()));
+    Link * link = linkAtHash(hash);
     if (*link) {
         void const * const key = keys.key(*member);
         while (*link && keys.keyLessThan(**link, key)) link = nextLink(*link);
@@ -25,71 +53,75 @@ void HashMapGeneric::newMemberG(Ptr<HashMapMember> member, std::uint32_t hash,
     }
     *link = std::move(member);
     ++size_;
-    ++modificationCount_;
+    state_ += kModification;
 }
 
 void HashMapGeneric::emptyAllBuckets() noexcept {
     // A member's destructor may come back to this collection, so nothing is assumed between two members.
     while (size_ != 0) {
-        for (std::uint32_t bucket = 0; bucket < buckets(); ++bucket) {
-            while (bucket < buckets() && buckets_[bucket]) {
-                Ptr<HashMapMember> const member = std::move(buckets_[bucket]);
-                buckets_[bucket] = std::move(member->bucketNext_);
-                --size_;
-                ++modificationCount_;
-            }
+        Link const * links = buckets();
+        std::uint32_t count = bucketCount();
+        for (std::uint32_t bucket = 0; bucket < count; ++bucket) {
+            if (!links[bucket]) continue;
+            emptyBucket(bucket);
+            links = buckets();
+            count = bucketCount();
         }
     }
-    if (buckets_ == &single_) return;
-    delete[] std::exchange(buckets_, &single_);
-    bucketBits_ = 0;
+    unsigned const bits = bucketBits();
+    if (bits == 0) return;
+    linksDel(buckets_, bits);
+    state_ -= bits;
+    std::construct_at(&single_);
 }
 
 void HashMapGeneric::reserve(std::uint32_t members) noexcept {
     auto const bits = static_cast<unsigned>(std::bit_width(members ? members - 1 : 0u));
-    if (bits > bucketBits_) bucketBitsIs(std::max<unsigned>(bits, initialBucketBits_));
+    if (bits > bucketBits()) bucketBitsIs(std::max(bits, initialBucketBits()));
 }
 
 // More buckets than there are now. Without the memory for them everything stays as it is.
 void HashMapGeneric::bucketBitsIs(unsigned bits) noexcept {
     if (bits > kMostBucketBits) return;
-    auto * const grown = new (std::nothrow) Ptr<HashMapMember>[std::size_t{1} << bits];
+    Link * const grown = newLinks(bits);
     if (!grown) return;
     // Buckets are split from the last member to the first by pushing at the front of a reversed chain, which
     // keeps the order of keys without remembering where each new bucket ends.
-    for (std::uint32_t bucket = 0; bucket < buckets(); ++bucket) {
-        Ptr<HashMapMember> reversed;
-        while (buckets_[bucket]) {
-            Ptr<HashMapMember> member = std::move(buckets_[bucket]);
-            buckets_[bucket] = std::move(member->bucketNext_);
+    Link * const links = buckets();
+    for (std::uint32_t bucket = 0; bucket < bucketCount(); ++bucket) {
+        Link reversed;
+        while (links[bucket]) {
+            Link member = std::move(links[bucket]);
+            links[bucket] = std::move(member->bucketNext_);
             member->bucketNext_ = std::move(reversed);
             reversed = std::move(member);
         }
         while (reversed) {
-            Ptr<HashMapMember> member = std::move(reversed);
+            Link member = std::move(reversed);
             reversed = std::move(member->bucketNext_);
-            Ptr<HashMapMember> & target = grown[bucketOf(member->bucketHash_, bits)];
+            Link & target = grown[bucketOf(member->bucketHash_, bits)];
             member->bucketNext_ = std::move(target);
             target = std::move(member);
         }
     }
-    if (buckets_ != &single_) delete[] buckets_;
+    unsigned const before = bucketBits();
+    if (before != 0) linksDel(links, before);
     buckets_ = grown;
-    bucketBits_ = static_cast<std::uint8_t>(bits);
-    ++modificationCount_;
+    state_ += bits - before;
+    state_ += kModification;
 }
 
 HashMapMember * HashMapGeneric::findNextG(HashMapMember const * member, unsigned bucketBits,
                                           KeyTable const & keys, std::uint32_t & bucket) const noexcept {
-    assert(bucketBits <= bucketBits_);
+    assert(bucketBits <= this->bucketBits());
     // Each bucket of the walk's order is this many neighbours now.
-    std::uint32_t const split = std::uint32_t{1} << (bucketBits_ - bucketBits);
+    std::uint32_t const split = std::uint32_t{1} << (this->bucketBits() - bucketBits);
     void const * const key = member ? keys.key(*member) : nullptr;
     std::uint32_t const first = member ? bucketOf(member->bucketHash_, bucketBits) : 0;
     for (std::uint32_t b = first; b < std::uint32_t{1} << bucketBits; ++b) {
         HashMapMember * smallest = nullptr;
         for (std::uint32_t part = b * split; part < (b + 1) * split; ++part) {
-            HashMapMember * candidate = buckets_[part].get();
+            HashMapMember * candidate = buckets()[part].get();
             if (member && b == first) {
                 while (candidate && (keys.keyLessThan(*candidate, key) || keys.keyEquals(*candidate, key))) {
                     candidate = candidate->bucketNext_.get();
@@ -108,18 +140,18 @@ HashMapMember * HashMapGeneric::findNextG(HashMapMember const * member, unsigned
 }
 
 HashMapMember * HashMapGeneric::findNextBucket(std::uint32_t & bucket) const noexcept {
-    while (++bucket < buckets()) {
-        if (buckets_[bucket]) return buckets_[bucket].get();
+    Link const * const links = buckets();
+    while (++bucket < bucketCount()) {
+        if (links[bucket]) return links[bucket].get();
     }
     return nullptr;
 }
 
 HashMapMember * HashMapCursor::afterChange(HashMapMember const & current) noexcept {
-    if (map_->modificationCount_ != modificationCount_) {
-        modificationCount_ = map_->modificationCount_;
-        // A collection that was emptied has given its buckets back; whatever it holds now was added since.
-        bucketBits_ = std::min(bucketBits_, map_->bucketBits_);
-    }
+    unsigned const bits = map_->bucketBits();
+    // A collection that was emptied has given its buckets back; whatever it holds now was added since.
+    if (bits < bucketBits_) bucketBits_ = static_cast<std::uint8_t>(bits);
+    if (bits == bucketBits_) state_ = map_->state_;
     return map_->findNextG(&current, bucketBits_, *keys_, bucket_);
 }
 

@@ -22,6 +22,7 @@
 // One engine, `HashMapGeneric`, does the work for all instantiations; the typed skin `HashMap` casts.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
@@ -38,6 +39,11 @@ namespace Vel {
 class HashMapMember : public PtrInterface {
 protected:
     HashMapMember() noexcept = default;
+    // `hash` is that of the key under which this will stand.
+    explicit HashMapMember(std::uint32_t hash) noexcept : bucketHash_(hash) {}
+
+    // Of the key: at hand without a look at the key, which may lie elsewhere.
+    std::uint32_t collectionHash() const noexcept { return bucketHash_; }
 
 private:
     friend class HashMapCursor;
@@ -64,8 +70,9 @@ public:
     std::uint32_t size() const noexcept { return size_; }
     // Makes room for that many members at once; a hint.
     void reserve(std::uint32_t members) noexcept;
-    std::uint32_t modificationCount() const noexcept { return modificationCount_; }
-    unsigned bucketBits() const noexcept { return bucketBits_; }
+    // Another number after each insertion, removal and growth; begins anew after four million of them.
+    std::uint32_t modificationCount() const noexcept { return state_ / kModification; }
+    unsigned bucketBits() const noexcept { return state_ & kBits; }
     static constexpr std::uint32_t bucketOf(std::uint32_t hash, unsigned bucketBits) noexcept {
         return static_cast<std::uint32_t>((std::uint64_t{hash} << bucketBits) >> 32);
     }
@@ -76,7 +83,7 @@ protected:
     // `initialSize` is the number of members that the first bucket array has room for; a hint, which buys no
     // more than a million buckets.
     explicit HashMapGeneric(unsigned initialSize) noexcept;
-    ~HashMapGeneric() { emptyAllBuckets(); }
+    ~HashMapGeneric() { emptyAllBuckets(); }  // Which leaves `single_`, and that null.
 
     // Inserts `member` under its key, which has that hash. REQUIRES: no member stands under that key, and
     // `member` stands nowhere.
@@ -84,16 +91,17 @@ protected:
     // The same if the member's bucket is there and empty; else nothing is done, and it returns false.
     bool newMemberAlone(Ptr<HashMapMember> & member, std::uint32_t hash) noexcept {
         Ptr<HashMapMember> & link = *linkAtHash(hash);
-        if (link || size_ >= buckets()) return false;
+        if (link || size_ >= bucketCount()) return false;
         member->bucketHash_ = hash;
         link = std::move(member);
         ++size_;
-        ++modificationCount_;
+        state_ += kModification;
         return true;
     }
     // The links of the bucket in which members of that hash stand, one after the other; the last one is null.
     Ptr<HashMapMember> * linkAtHash(std::uint32_t hash) noexcept {
-        return &buckets_[bucketOf(hash, bucketBits_)];
+        unsigned const bits = bucketBits();
+        return bits == 0 ? &single_ : &buckets_[bucketOf(hash, bits)];
     }
     static Ptr<HashMapMember> * nextLink(Ptr<HashMapMember> const & link) noexcept {
         return &link->bucketNext_;
@@ -104,17 +112,42 @@ protected:
         Ptr<HashMapMember> member = std::move(link);
         link = std::move(member->bucketNext_);
         --size_;
-        ++modificationCount_;
+        state_ += kModification;
         return member;
     }
     // Takes every member out, one by one, so that no chain is released recursively; frees the buckets.
     void emptyAllBuckets() noexcept;
+    // The same for one bucket, which may be none of the present array.
+    void emptyBucket(std::uint32_t bucket) noexcept {
+        while (bucket < bucketCount()) {
+            Ptr<HashMapMember> & link = buckets()[bucket];
+            if (!link) break;
+            deleteMember(link);
+        }
+    }
+    // Calls `visit` on every member, in order.
+    template <class Visit>
+    void forEach(Visit const & visit) const {
+        Ptr<HashMapMember> const * const links = buckets();
+        for (std::uint32_t bucket = 0, count = bucketCount(); bucket < count; ++bucket) {
+            for (HashMapMember * m = links[bucket].get(); m; m = nextInBucket(*m)) visit(*m);
+        }
+    }
+    // Null when the bucket is empty, or none of the present array.
+    HashMapMember * firstInBucket(std::uint32_t bucket) const noexcept {
+        return bucket < bucketCount() ? buckets()[bucket].get() : nullptr;
+    }
     // The first member of the bucket in which members of that hash stand; null when it is empty.
     HashMapMember * startAtHash(std::uint32_t hash) const noexcept {
-        return buckets_[bucketOf(hash, bucketBits_)].get();
+        unsigned const bits = bucketBits();
+        return bits == 0 ? single_.get() : buckets_[bucketOf(hash, bits)].get();
     }
     static HashMapMember * nextInBucket(HashMapMember const & member) noexcept {
         return member.bucketNext_.get();
+    }
+    void fetch(std::uint32_t hash) const noexcept {
+        unsigned const bits = bucketBits();
+        if (bits != 0) __builtin_prefetch(&buckets_[bucketOf(hash, bits)]);
     }
     static std::uint32_t bucketHash(HashMapMember const & member) noexcept { return member.bucketHash_; }
 
@@ -131,15 +164,27 @@ private:
     static constexpr unsigned kMostBucketBits = 31;
     static constexpr unsigned kMostInitialBucketBits = 20;
 
-    std::uint32_t buckets() const noexcept { return std::uint32_t{1} << bucketBits_; }
+    std::uint32_t bucketCount() const noexcept { return std::uint32_t{1} << bucketBits(); }
+    Ptr<HashMapMember> * buckets() noexcept { return bucketBits() == 0 ? &single_ : buckets_; }
+    Ptr<HashMapMember> const * buckets() const noexcept { return bucketBits() == 0 ? &single_ : buckets_; }
     void bucketBitsIs(unsigned bits) noexcept;
+    // Of the first array.
+    unsigned initialBucketBits() const noexcept { return state_ / kInitialBits & kBits; }
 
-    Ptr<HashMapMember> single_;  // The only bucket until there is an array.
-    Ptr<HashMapMember> * buckets_ = &single_;
+    static constexpr std::uint32_t kBits = 31;
+    static constexpr std::uint32_t kInitialBits = kBits + 1;
+    static constexpr std::uint32_t kModification = kInitialBits * (kBits + 1);
+
+    // There is a collection in every edge and every group, most of them with one member or none: hence no
+    // word without need.
+    union {
+        Ptr<HashMapMember> single_;  // The only bucket, without bits.
+        Ptr<HashMapMember> * buckets_;
+    };
     std::uint32_t size_ = 0;
-    std::uint32_t modificationCount_ = 0;
-    std::uint8_t bucketBits_ = 0;
-    std::uint8_t initialBucketBits_;
+    // From the lowest bit on: five for the bits of a bucket's number, five for those of the first array, and
+    // the modification count. What a walk depends on is so compared at once.
+    std::uint32_t state_;
 };
 
 // The place of a walk, without the member that stands there: whoever walks holds that.
@@ -149,12 +194,12 @@ public:
     HashMapCursor(HashMapGeneric const & map, HashMapGeneric::KeyTable const & keys) noexcept
         : map_(&map),
           keys_(&keys),
-          modificationCount_(map.modificationCount_),
-          bucketBits_(map.bucketBits_) {}
+          state_(map.state_),
+          bucketBits_(static_cast<std::uint8_t>(map.bucketBits())) {}
 
     // Null when there is none.
     HashMapMember * first() noexcept {
-        HashMapMember * const first = map_->buckets_[0].get();
+        HashMapMember * const first = map_->buckets()[0].get();
         return first || map_->size_ == 0 ? first : map_->findNextBucket(bucket_);
     }
     // Where `member` stands; null is the end.
@@ -163,17 +208,31 @@ public:
     }
     // The one after `current`, which may have left; null when there is none.
     HashMapMember * after(HashMapMember const & current) noexcept {
-        if (map_->modificationCount_ != modificationCount_ || map_->bucketBits_ != bucketBits_) [[unlikely]]
+        if (map_->state_ != state_) [[unlikely]]
             return afterChange(current);
         if (HashMapMember * const next = current.bucketNext_.get()) return next;
         // Mostly the next bucket has a member.
-        if (bucket_ + 1 < map_->buckets()) {
+        if (bucket_ + 1 < map_->bucketCount()) {
             if (HashMapMember * const next = map_->buckets_[bucket_ + 1].get()) {
                 ++bucket_;
                 return next;
             }
         }
         return map_->findNextBucket(bucket_);
+    }
+    // Calls `visit` on the first member of each of the next buckets after the present one, as far as they
+    // are not empty. Looks at no member.
+    template <class Visit>
+    void ahead(std::uint32_t buckets, Visit const & visit) const noexcept {
+        Ptr<HashMapMember> const * const links = map_->buckets();
+        std::uint32_t const end = std::min(map_->bucketCount() - 1, bucket_ + buckets);
+        for (std::uint32_t bucket = bucket_; bucket < end;) {
+            if (HashMapMember * const member = links[++bucket].get()) visit(*member);
+        }
+    }
+
+    static HashMapMember * nextInBucket(HashMapMember const & member) noexcept {
+        return member.bucketNext_.get();
     }
 
 private:
@@ -182,8 +241,8 @@ private:
     HashMapGeneric const * map_;
     HashMapGeneric::KeyTable const * keys_;
     std::uint32_t bucket_ = 0;
-    std::uint32_t modificationCount_;
-    std::uint8_t bucketBits_;
+    std::uint32_t state_;      // Of the collection, as long as it has the buckets of this walk's order.
+    std::uint8_t bucketBits_;  // Of this walk's order.
 };
 
 // Holds the member on which it stands.
@@ -222,16 +281,25 @@ struct VelHashBase {
     }
 };
 
-// How keys of a type hash and compare. A key type of a model offers `hash()`, `==` and `<`.
+// How keys of a type hash and compare. A key type of a model offers `hash()`, `==`, `<`, and where
+// `==` takes long `isSame`, which may take equal keys for different ones but costs next to nothing.
 template <class Key>
 struct HashMapKey {
     static std::uint32_t hash(Key const & key) noexcept { return key.hash(); }
+    static bool isSame(Key const & a, Key const & b) noexcept {
+        if constexpr (requires { a.isSame(b); }) {
+            return a.isSame(b);
+        } else {
+            return a == b;
+        }
+    }
     static bool equals(Key const & a, Key const & b) noexcept { return a == b; }
     static bool lessThan(Key const & a, Key const & b) noexcept { return a < b; }
 };
 template <>
 struct HashMapKey<String> {
     static std::uint32_t hash(String const & key) noexcept { return key.reversedHash(); }
+    static bool isSame(String const & a, String const & b) noexcept { return a.data() == b.data(); }
     static bool equals(String const & a, String const & b) noexcept { return a == b; }
     static bool lessThan(String const & a, String const & b) noexcept { return a < b; }
 };
@@ -242,6 +310,7 @@ struct HashMapKey<Ptr<T>> {
     static std::uint32_t hash(Ptr<T> const & key) noexcept {
         return key ? VelHashBase<false>::hashU32(value(key)) : 0;
     }
+    static bool isSame(Ptr<T> const & a, Ptr<T> const & b) noexcept { return a == b; }
     static bool equals(Ptr<T> const & a, Ptr<T> const & b) noexcept { return a == b; }
     static bool lessThan(Ptr<T> const & a, Ptr<T> const & b) noexcept { return value(a) < value(b); }
 
@@ -280,6 +349,16 @@ public:
         return *this;
     }
     void operator++(int) noexcept { ++*this; }
+    // For those who want to fetch what they will need: calls `visit(member)` on the first one in each of the
+    // next buckets, and does not look at any itself.
+    template <class Visit>
+    void ahead(std::uint32_t buckets, Visit const & visit) const noexcept {
+        cursor_.ahead(buckets, [&](HashMapMember & member) { visit(static_cast<Member &>(member)); });
+    }
+    // The one after `member` in its bucket; null for the last one.
+    static Member * nextInBucket(Member & member) noexcept {
+        return static_cast<Member *>(HashMapCursor::nextInBucket(member));
+    }
     explicit operator bool() const noexcept { return bool(current_); }
     friend bool operator==(HashMapIterator const & a, std::default_sentinel_t) noexcept {
         return !a.current_;
@@ -306,6 +385,8 @@ public:
     }
     std::uint32_t size() const noexcept { return map_.size(); }
     bool empty() const noexcept { return map_.size() == 0; }
+    // Null when there is none in the first bucket. Looks at no member.
+    auto const * firstInFirstBucket() const noexcept { return map_.firstInFirstBucket(); }
 
 private:
     KeepAlive const keepOwner_;
@@ -323,14 +404,15 @@ public:
 
     // The member of that key, or null. Never inserts.
     Member * operator[](Key const & key) const noexcept { return find(HashMapKey<Key>::hash(key), key); }
+    // Null when there is none in the first bucket, which is the only one of a small collection.
+    Member * firstInFirstBucket() const noexcept { return static_cast<Member *>(startAtHash(0)); }
     // The same for a key whose hash is known.
     Member * find(std::uint32_t hash, Key const & key) const noexcept {
         for (HashMapMember * m = startAtHash(hash); m; m = nextInBucket(*m)) {
             if (bucketHash(*m) != hash) continue;
-            if (HashMapKey<Key>::equals(keyOf(*m), key)) return static_cast<Member *>(m);
-            // Another key of the same hash: past the key's place there is no need to go on.
-            if (isBefore(key, *m)) [[unlikely]]
-                return nullptr;
+            // Out of line whatever goes beyond a look at both.
+            return HashMapKey<Key>::isSame(keyOf(*m), key) ? static_cast<Member *>(m)
+                                                           : findFrom(m, hash, key);
         }
         return nullptr;
     }
@@ -343,6 +425,8 @@ public:
         }
         return nullptr;
     }
+    // For those who will look up, or add, a key of that hash soon.
+    void fetch(std::uint32_t hash) const noexcept { HashMapGeneric::fetch(hash); }
     void newMember(Ptr<Member> member) noexcept {
         std::uint32_t const hash = HashMapKey<Key>::hash(member->collectionKey());
         newMember(hash, std::move(member));
@@ -363,6 +447,30 @@ public:
         return nullptr;
     }
     using HashMapGeneric::emptyAllBuckets;
+    // The same for large collections whose members refer to things that lie anywhere: `ahead(member)` fetches
+    // what the destructors of some of those that come next will need.
+    template <class Ahead>
+    void emptyAllBuckets(Ahead const & ahead) noexcept {
+        constexpr std::uint32_t kBatch = 16;
+        for (std::uint32_t bucket = 0; size() != 0 && bucket < (std::uint32_t{1} << bucketBits()); ++bucket) {
+            if (bucket % kBatch == 0) {
+                for (std::uint32_t next = bucket + kBatch; next < bucket + 2 * kBatch; ++next) {
+                    __builtin_prefetch(firstInBucket(next));
+                }
+                for (std::uint32_t next = bucket; next < bucket + kBatch; ++next) {
+                    if (auto * const member = static_cast<Member *>(firstInBucket(next))) ahead(*member);
+                }
+            }
+            emptyBucket(bucket);
+        }
+        emptyAllBuckets();
+    }
+    // Calls `visit(member)` on every member, in order. REQUIRES: that changes no collection, and releases
+    // nothing; else walk with an iterator.
+    template <class Visit>
+    void forEach(Visit const & visit) const {
+        HashMapGeneric::forEach([&](HashMapMember & member) { visit(static_cast<Member &>(member)); });
+    }
     // What the engine's own functions take.
     static constexpr KeyTable const & keys() noexcept { return kKeys; }
 
@@ -379,6 +487,17 @@ public:
 private:
     static Key const & keyOf(HashMapMember const & member) noexcept {
         return static_cast<Member const &>(member).collectionKey();
+    }
+    [[gnu::noinline]] static Member * findFrom(HashMapMember * m, std::uint32_t hash,
+                                               Key const & key) noexcept {
+        for (; m; m = nextInBucket(*m)) {
+            if (bucketHash(*m) != hash) continue;
+            if (HashMapKey<Key>::equals(keyOf(*m), key)) return static_cast<Member *>(m);
+            // Another key of the same hash: past the key's place there is no need to go on.
+            if (isBefore(key, *m)) [[unlikely]]
+                return nullptr;
+        }
+        return nullptr;
     }
     [[gnu::cold, gnu::noinline]] static bool isBefore(Key const & key,
                                                       HashMapMember const & member) noexcept {

@@ -96,7 +96,7 @@ template <class Tag, class Key, class Value>
 class HashMap2018Node final : public HashMap2018NodeGeneric,
                               public AllocTracked<HashMap2018Node<Tag, Key, Value>> {
 public:
-    HashMap2018Node(Key key, Value value) : key_(std::move(key)), value_(std::move(value)) {}
+    HashMap2018Node(Key key, Value value) : value_(std::move(value)), key_(std::move(key)) {}
 
     Key const & key() const noexcept { return key_; }
     Value const & value() const noexcept { return value_; }
@@ -106,8 +106,8 @@ private:
     template <class, class, class>
     friend class HashMap2018;
 
+    Value value_;  // First, because a flag finds room beside the base.
     Key const key_;
-    Value value_;
 };
 
 template <class Node>
@@ -162,6 +162,8 @@ public:
     Node const * find(std::uint32_t hash, IsKeyOf const & isKeyOf) const noexcept {
         return nodes_.find(hash, isKeyOf);
     }
+
+    Node const * firstInFirstBucket() const noexcept { return nodes_.firstInFirstBucket(); }
 
     // Sets the value of `key`, adding an entry when there is none; false when it had that value already.
     bool valueIs(Key const & key, Value const & value) {

@@ -30,6 +30,12 @@ void NotifieeList::enter(NotifieeConst & reactor) noexcept {
 
 void NotifieeList::leave(NotifieeConst & reactor) noexcept {
     NotifieeConst * const next = reactor.next();
+    // Mostly there is no other one, and nobody is delivering.
+    if (next == &reactor && !Delivery::innermost_) [[likely]] {
+        last_ = nullptr;
+        reactor.nextIs(nullptr);
+        return;
+    }
     NotifieeConst * previous = last_;
     while (previous->next() != &reactor) previous = previous->next();
     for (Delivery * d = Delivery::innermost_; d; d = d->outer_) {

@@ -53,6 +53,9 @@ public:
 
     bool empty() const noexcept { return last_ == nullptr; }
 
+    // Before work that ends with a delivery.
+    void fetch() const noexcept { __builtin_prefetch(last_); }
+
     // Calls `callback(reactor)` on every reactor that is to get the change; `Reactor` is the reactor class
     // that every member of the list has.
     template <class Reactor, class Callback>
@@ -164,9 +167,9 @@ private:
     friend class Vel::NotifieeList;
 
     // A reactor that is being destroyed is still in the list, but perhaps no longer what it was.
-    bool takesCallbacks() const noexcept {
-        constexpr std::uint32_t kTested = kNotificationActive | kHeld;
-        return (flags() & kTested) == kNotificationActive;
+    bool takesCallbacks() const noexcept { return takesCallbacks(word()); }
+    static bool takesCallbacks(std::uint32_t word) noexcept {
+        return (word & (kNotificationActive | kHeld)) == kNotificationActive;
     }
 
     // Of the notifier's list. Null while not registered.
@@ -194,9 +197,10 @@ template <class Reactor, class Callback>
 void NotifieeList::notify(PtrInterface const & notifier, Callback const & callback) const {
     if (empty()) return;
     PtrInterface::NotifieeConst * const only = onlyOne();
-    if (only && !only->takesCallbacks()) return;
+    std::uint32_t const word = only ? only->word() : 0;
+    if (only && !only->takesCallbacks(word)) return;
     // One that nobody counts could not be kept alive.
-    if (only && only->references() != 0) [[likely]] {
+    if ((word & PtrInterface::kReferences) != 0) [[likely]] {
         // Nothing that it may do to the list matters to this delivery, which ends with it.
         PtrInterface::Held const held(notifier, *only);
         try {
@@ -214,9 +218,10 @@ template <class Reactor, class First, class Second>
 void NotifieeList::notify(PtrInterface const & notifier, First const & first, Second const & second) const {
     if (empty()) return;
     PtrInterface::NotifieeConst * const only = onlyOne();
-    if (only && !only->takesCallbacks()) return;
+    std::uint32_t const word = only ? only->word() : 0;
+    if (only && !only->takesCallbacks(word)) return;
     // One that nobody counts could not be kept alive.
-    if (only && only->references() != 0) [[likely]] {
+    if ((word & PtrInterface::kReferences) != 0) [[likely]] {
         PtrInterface::Held const held(notifier, *only);
         Delivery delivery(*this);
         delivery.calledIs(*only);

@@ -25,7 +25,7 @@ struct Destructions {
 
 __attribute__((tls_model("initial-exec"))) constinit thread_local Destructions destructions{0, nullptr};
 
-[[gnu::cold]] bool deferred(PtrInterface * object) noexcept {
+[[gnu::cold, gnu::noinline]] bool deferred(PtrInterface * object) noexcept {
     try {
         if (!destructions.waiting) destructions.waiting = new std::vector<PtrInterface *>;
         destructions.waiting->push_back(object);
@@ -35,7 +35,7 @@ __attribute__((tls_model("initial-exec"))) constinit thread_local Destructions d
     }
 }
 
-[[gnu::cold]] void destroyWaiting() noexcept {
+[[gnu::cold, gnu::noinline]] void destroyWaiting() noexcept {
     std::vector<PtrInterface *> * const list = destructions.waiting;
     while (!list->empty()) {
         PtrInterface * const object = list->back();
@@ -47,8 +47,6 @@ __attribute__((tls_model("initial-exec"))) constinit thread_local Destructions d
 }
 
 }  // namespace
-
-PtrInterface::~PtrInterface() { assert((word_ & kReferences) == 0 && "destroyed while referenced"); }
 
 NotifieeList * PtrInterface::notifieeList() const { return nullptr; }
 

@@ -30,6 +30,7 @@
 
 #include <atomic>
 #include <cassert>
+#include <cstddef>
 #include <cstdint>
 
 #include "platform/Vel/Export.h"
@@ -67,7 +68,7 @@ public:
     virtual void zeroReferencesIs(bool zero);
     // The type record of the object's class; null when it has none.
     virtual VelType const * fwkType() const;
-    virtual ~PtrInterface();
+    virtual ~PtrInterface() { assert((word_ & kReferences) == 0 && "destroyed while referenced"); }
 
     bool hasNotificationActive() const noexcept { return (word() & kNotificationActive) != 0; }
     bool velMarkedForDeletion() const noexcept { return (word() & kMarkedForDeletion) != 0; }
@@ -101,17 +102,18 @@ protected:
         if (!isBeingDestroyed()) flagIs(kHeld, true);
     }
     void notificationActiveFlagIs(bool active) const noexcept { flagIs(kNotificationActive, active); }
-    // To test several at once.
-    std::uint32_t flags() const noexcept { return word() & ~kReferences; }
-
-private:
+    // To test several things at once.
     // An ordinary load on most processors, so both pointer modes read alike.
     std::uint32_t word() const noexcept {
         return std::atomic_ref<std::uint32_t>(word_).load(std::memory_order_acquire);
     }
+
+private:
     void flagIs(std::uint32_t flag, bool on) const noexcept;
-    void referenceNewAtomic() const noexcept;
-    void referenceDelAtomic() const noexcept;
+    [[gnu::always_inline]] void referenceDelPlain() const noexcept;
+    // Cold, so that they stand aside wherever the two above are compiled in.
+    [[gnu::cold]] void referenceNewAtomic() const noexcept;
+    [[gnu::cold]] void referenceDelAtomic() const noexcept;
 
     mutable std::uint32_t word_ = 0;
 };
@@ -127,8 +129,12 @@ inline void PtrInterface::referenceNew() const noexcept {
 inline void PtrInterface::referenceDel() const noexcept {
     if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
         referenceDelAtomic();
-        return;
+    } else {
+        referenceDelPlain();
     }
+}
+
+inline void PtrInterface::referenceDelPlain() const noexcept {
     assert((word_ & kReferences) != 0 && "more references released than taken");
     if ((--word_ & kCountMask) == 0) [[unlikely]]
         handleZeroRef();
@@ -148,8 +154,13 @@ public:
         }
     }
     ~Held() {
-        second_.referenceDel();
-        first_.referenceDel();
+        if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
+            second_.referenceDelAtomic();
+            first_.referenceDelAtomic();
+        } else {
+            second_.referenceDelPlain();
+            first_.referenceDelPlain();
+        }
     }
     Held(Held const &) = delete;
     Held & operator=(Held const &) = delete;
@@ -158,6 +169,19 @@ private:
     PtrInterface const & first_;
     PtrInterface const & second_;
 };
+
+// Begins to fetch an object into the processor's caches that is going to be needed after some other work.
+// Changes nothing; null is allowed.
+template <class Object>
+void fetch(Object const * object) noexcept {
+    constexpr std::size_t kCacheLine = 64;
+    __builtin_prefetch(object);
+    if constexpr (sizeof(Object) > kCacheLine) {
+        // By its number, because null has no next line.
+        auto const next = reinterpret_cast<std::uintptr_t>(object) + kCacheLine;
+        __builtin_prefetch(reinterpret_cast<void const *>(next));
+    }
+}
 
 // Keeps an object alive for a scope, whoever lets go of it meanwhile; does nothing for an object that is not
 // counted (yet), because a passing reference would destroy it.

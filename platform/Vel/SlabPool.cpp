@@ -13,13 +13,20 @@
 
 #include "platform/Vel/PtrInterface.h"
 
+#ifdef __linux__
+// The system's own, in whose header there is much that is not of the standard library.
+extern "C" int madvise(void * address, std::size_t length, int advice) noexcept;
+#endif
+
 namespace Vel {
 
 namespace {
 
 constexpr std::size_t kGranule = SlabPool::kAlignment;
 constexpr std::size_t kSlabBytes = std::size_t{64} << 10;
-constexpr std::size_t kChunkBytes = std::size_t{2} << 20;
+// A huge page of the common processors, which saves them most of the work of finding where a page is.
+constexpr std::size_t kHugePage = std::size_t{2} << 20;
+constexpr std::size_t kChunkBytes = kHugePage;
 // The system's allocator keeps its own words between two pieces. Left to it, they let chunks lie side by
 // side.
 constexpr std::size_t kChunkMargin = 64;
@@ -27,6 +34,24 @@ constexpr unsigned kSlabsPerChunk = kChunkBytes / kSlabBytes - 1;
 constexpr std::uint32_t kAllSlabs = (std::uint32_t{1} << kSlabsPerChunk) - 1;
 constexpr unsigned kCellsPerWord = 64;
 constexpr std::size_t kWords = kSlabBytes / SlabPool::kSmallestCell / kCellsPerWord + 1;
+
+// Memory that wants to be huge pages, aligned for them; null where there is none. Given back with std::free.
+void * hugePages(std::size_t bytes) noexcept {
+    void * const storage = std::aligned_alloc(kHugePage, bytes);
+#ifdef __linux__
+    if (storage) {
+        constexpr int kHuge = 14;      // MADV_HUGEPAGE
+        constexpr int kCollapse = 25;  // MADV_COLLAPSE
+        // The first is for pages to come. The system's allocator may have written its own words in the last
+        // one already, or used it before, and then it is there in small ones. A system without huge pages
+        // refuses, which does no harm.
+        std::size_t const last = (bytes - 1) / kHugePage * kHugePage;
+        madvise(storage, bytes, kHuge);
+        madvise(static_cast<std::byte *>(storage) + last, kHugePage, kCollapse);
+    }
+#endif
+    return storage;
+}
 
 // An item is in one list at a time, or in none.
 template <class T>
@@ -84,7 +109,8 @@ struct alignas(64) Slab {
     std::uint32_t cellsNew(void ** taken, std::uint32_t most) noexcept {
         while (freeCells[firstWord] == 0) ++firstWord;
         std::uint64_t & word = freeCells[firstWord];
-        std::uint32_t const count = std::min(most, static_cast<std::uint32_t>(std::popcount(word)));
+        std::uint32_t count = 0;
+        for (std::uint64_t left = word; left != 0 && count < most; left &= left - 1) ++count;
         std::byte * const first = cells + std::size_t{firstWord} * kCellsPerWord * cellBytes;
         for (std::uint32_t left = count; left-- > 0;) {
             taken[left] = first + static_cast<unsigned>(std::countr_zero(word)) * std::size_t{cellBytes};
@@ -147,19 +173,13 @@ public:
             slabs.remove(*slab);
         return count;
     }
-    void cellDel(void * cell, std::size_t cellBytes) noexcept {
-        List<Slab> & slabs = slabs_[cellBytes / kGranule];
+    void cellDel(void * cell) noexcept {
         Slab & slab = Chunk::of(cell).slabOf(cell);
-        assert(slab.cellBytes == cellBytes);
-        // Of the slabs without a cell in use the first one stays, so that one cell that comes and goes costs
-        // no slab.
-        if (slab.isFull()) [[unlikely]] {
-            if (Slab * const first = slabs.first(); first && first->cellsInUse == 0) slabDel(slabs, *first);
-            slabs.pushFront(slab);
-        }
+        if (slab.isFull()) [[unlikely]]
+            noLongerFull(slab);
         slab.cellDel(cell);
-        if (slab.cellsInUse == 0 && slabs.first() != &slab) [[unlikely]]
-            slabDel(slabs, slab);
+        if (slab.cellsInUse == 0) [[unlikely]]
+            empty(slab);
     }
     // Without a cell in use nothing is held.
     void release() noexcept {
@@ -182,6 +202,18 @@ public:
     }
 
 private:
+    List<Slab> & listOf(Slab const & slab) noexcept { return slabs_[slab.cellBytes / kGranule]; }
+    // Of the slabs without a cell in use the first one of a size stays, so that one cell that comes and goes
+    // costs no slab.
+    [[gnu::noinline]] void noLongerFull(Slab & slab) noexcept {
+        List<Slab> & slabs = listOf(slab);
+        if (Slab * const first = slabs.first(); first && first->cellsInUse == 0) slabDel(slabs, *first);
+        slabs.pushFront(slab);
+    }
+    [[gnu::noinline]] void empty(Slab & slab) noexcept {
+        List<Slab> & slabs = listOf(slab);
+        if (slabs.first() != &slab) slabDel(slabs, slab);
+    }
     Slab & slabNew(std::size_t cellBytes) {
         Chunk * chunk = chunks_.first();
         if (!chunk) {
@@ -204,7 +236,7 @@ private:
         if (Chunk * const previous = std::exchange(spare_, &chunk)) chunkDel(*previous);
     }
     Chunk & chunkNew() {
-        void * const storage = std::aligned_alloc(kChunkBytes, kChunkBytes - kChunkMargin);
+        void * const storage = hugePages(kChunkBytes - kChunkMargin);
         if (!storage) throw std::bad_alloc();
         ++chunksHeld_;
         auto * const chunk = static_cast<Chunk *>(storage);
@@ -268,31 +300,59 @@ constinit bool everWithout = false;
 // Once the pool has been done without, cells of both kinds may be in use.
 bool isOfPool(void * cell) noexcept { return !everWithout || pool.holds(cell); }
 
+// The pieces that are too large for the pool.
+
+void * largeNew(std::size_t size) {
+    if (!SlabPool::kPooled || size < kHugePage) return ::operator new(size);
+    if (void * const storage = hugePages(size)) return storage;
+    throw std::bad_alloc();
+}
+
+void largeDel(void * storage, std::size_t size) noexcept {
+    if (!SlabPool::kPooled || size < kHugePage) {
+        ::operator delete(storage);
+    } else {
+        std::free(storage);
+    }
+}
+
 }  // namespace
 
 constinit std::array<SlabPool::Shelf, SlabPool::kIndices> SlabPool::shelves_{};
 constinit std::uint32_t SlabPool::shelfRoom_ = SlabPool::Shelf::kRoom;
 
 void * SlabPool::anyCell(std::size_t size) {
-    if (!kPooled || size > kLargestCell) return ::operator new(size);
+    if (!kPooled || size > kLargestCell || VFPtrInterface::threadSafePointers_ || !pooled) [[unlikely]]
+        return oddCell(size);
+    // Half a shelf, so that the next cells that come free find room on it.
+    std::size_t const number = index(size);
+    Shelf & shelf = shelves_[number];
+    shelf.count = pool.cellsNew(number * kAlignment, shelf.cells.data(), Shelf::kRoom / 2 + 1) - 1;
+    return shelf.cells[shelf.count];
+}
+
+// Large, in thread-safe pointer mode, or without the pool.
+void * SlabPool::oddCell(std::size_t size) {
+    if (!kPooled || size > kLargestCell) return largeNew(size);
     Guard const guard;
     if (!pooled) return ::operator new(size);
-    std::size_t const cellBytes = index(size) * kAlignment;
-    void * cell = nullptr;
-    if (VFPtrInterface::threadSafePointers_) {
-        pool.cellsNew(cellBytes, &cell, 1);
-    } else {
-        // Half a shelf, so that the next cells that come free find room on it.
-        Shelf & shelf = shelves_[index(size)];
-        shelf.count = pool.cellsNew(cellBytes, shelf.cells.data(), Shelf::kRoom / 2 + 1) - 1;
-        cell = shelf.cells[shelf.count];
-    }
+    void * cell;
+    pool.cellsNew(index(size) * kAlignment, &cell, 1);
     return cell;
 }
 
 void SlabPool::anyCellDel(void * cell, std::size_t size) noexcept {
+    if (!kPooled || size > kLargestCell || VFPtrInterface::threadSafePointers_ || everWithout) [[unlikely]] {
+        oddCellDel(cell, size);
+    } else {
+        pool.cellDel(cell);  // The shelf is full.
+    }
+}
+
+// Large, in thread-safe pointer mode, or where the pool has been done without.
+void SlabPool::oddCellDel(void * cell, std::size_t size) noexcept {
     if (!kPooled || size > kLargestCell) {
-        ::operator delete(cell);
+        largeDel(cell, size);
         return;
     }
     Guard const guard;
@@ -304,14 +364,13 @@ void SlabPool::anyCellDel(void * cell, std::size_t size) noexcept {
     if (shelf.count < Shelf::kRoom && pooled && !VFPtrInterface::threadSafePointers_) {
         shelf.cells[shelf.count++] = cell;
     } else {
-        pool.cellDel(cell, index(size) * kAlignment);
+        pool.cellDel(cell);
     }
 }
 
 void SlabPool::emptyShelves() noexcept {
-    for (std::size_t index = 0; index < kIndices; ++index) {
-        Shelf & shelf = shelves_[index];
-        while (shelf.count != 0) pool.cellDel(shelf.cells[--shelf.count], index * kAlignment);
+    for (Shelf & shelf : shelves_) {
+        while (shelf.count != 0) pool.cellDel(shelf.cells[--shelf.count]);
     }
 }
 

@@ -6,7 +6,9 @@
 //
 // A chunk of 2 MiB holds 31 slabs of 64 KiB, each with cells of one size; what is known of the slabs stands
 // at the front of the chunk, so that a free cell is found without touching any slab. A slab without cells in
-// use goes back to its chunk, a chunk without slabs in use to the system.
+// use goes back to its chunk, a chunk without slabs in use to the system. The system is asked to make each
+// chunk, and each piece that is as large, huge pages: in a model of many megabytes it takes the processor as
+// long to find out where a page is as to load from it.
 //
 // Threads
 //     In thread-safe pointer mode (PtrInterface.h) a lock guards every call. In the plain mode the framework
@@ -80,18 +82,27 @@ private:
     friend struct ReleaseAtUnload;
     static constexpr std::size_t kIndices = kLargestCell / kAlignment + 1;
 
+    static constexpr std::size_t kCacheLine = 64;
+    // What is larger begins with a cache line of its own: objects of that size are few, and have at their
+    // front what is needed most.
+    static constexpr std::size_t kUnaligned = 128;
+
     // Of a size's cells: how many words one has.
     static constexpr std::size_t index(std::size_t size) noexcept {
-        return size <= kSmallestCell ? kSmallestCell / kAlignment : (size + kAlignment - 1) / kAlignment;
+        if (size <= kSmallestCell) return kSmallestCell / kAlignment;
+        std::size_t const excess = (size > kUnaligned ? kCacheLine : kAlignment) - 1;
+        return ((size + excess) & ~excess) / kAlignment;
     }
     static void * anyCell(std::size_t size);
     static void anyCellDel(void * cell, std::size_t size) noexcept;
+    [[gnu::cold, gnu::noinline]] static void * oddCell(std::size_t size);
+    [[gnu::cold, gnu::noinline]] static void oddCellDel(void * cell, std::size_t size) noexcept;
     static void emptyShelves() noexcept;
 
     // A few free cells of one size, out of their slabs and at hand: what comes and goes with each change
     // costs next to nothing.
     struct alignas(64) Shelf {
-        static constexpr std::uint32_t kRoom = 7;
+        static constexpr std::uint32_t kRoom = 15;
         std::uint32_t count;
         std::array<void *, kRoom> cells;
     };

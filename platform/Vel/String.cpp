@@ -41,20 +41,15 @@ constexpr std::size_t storageSize(std::size_t bytes) noexcept { return sizeof(St
 
 String::Data * String::Data::newData(std::string_view bytes) {
     if (bytes.size() > std::numeric_limits<std::uint32_t>::max()) throw std::length_error("Vel::String");
-    auto * const storage = SlabPool::cell(storageSize(bytes.size()));
-    auto * const data = new (storage) Data;
-    data->references_ = 1;
-    data->size_ = static_cast<std::uint32_t>(bytes.size());
-    data->reversedHash_ = bitReverse(hashOf(bytes));
+    auto * const data = new (SlabPool::cell(storageSize(bytes.size()))) Data(bytes);
     auto * const target = reinterpret_cast<char *>(data + 1);
     std::memcpy(target, bytes.data(), bytes.size());
     target[bytes.size()] = '\0';
     return data;
 }
 
-void String::Data::referenceDelAtomic() noexcept {
-    if (std::atomic_ref<std::uint32_t>(references_).fetch_sub(1, std::memory_order_acq_rel) == 1) dataDel();
-}
+String::Data::Data(std::string_view bytes) noexcept
+    : size_(static_cast<std::uint32_t>(bytes.size())), reversedHash_(bitReverse(hashOf(bytes))) {}
 
 void String::Data::dataDel() noexcept { SlabPool::cellDel(this, storageSize(size_)); }
 

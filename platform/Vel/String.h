@@ -6,7 +6,6 @@
 // for the bucket, so the low bits of the hash itself choose it.
 #pragma once
 
-#include <atomic>
 #include <compare>
 #include <concepts>
 #include <cstddef>
@@ -17,7 +16,7 @@
 #include <utility>
 
 #include "platform/Vel/Export.h"
-#include "platform/Vel/PtrInterface.h"
+#include "platform/Vel/ReferenceCount.h"
 
 namespace Vel {
 
@@ -51,24 +50,14 @@ public:
     private:
         friend class String;
         static Data * newData(std::string_view bytes);
-        [[gnu::always_inline]] void referenceNew() noexcept {
-            if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
-                std::atomic_ref<std::uint32_t>(references_).fetch_add(1, std::memory_order_relaxed);
-            } else {
-                ++references_;
-            }
-        }
-        [[gnu::always_inline]] void referenceDel() noexcept {
-            if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
-                referenceDelAtomic();
-            } else if (--references_ == 0) [[unlikely]] {
+        explicit Data(std::string_view bytes) noexcept;
+        void referenceDel() noexcept {
+            if (references_.referenceDel()) [[unlikely]]
                 dataDel();
-            }
         }
-        void referenceDelAtomic() noexcept;
         void dataDel() noexcept;
 
-        std::uint32_t references_;
+        ReferenceCount references_{1};
         std::uint32_t size_;
         std::uint32_t reversedHash_;
     };
@@ -124,7 +113,7 @@ public:
 private:
     static Data * dataOf(std::string_view bytes) { return bytes.empty() ? nullptr : Data::newData(bytes); }
     void take() const noexcept {
-        if (data_) data_->referenceNew();
+        if (data_) data_->references_.referenceNew();
     }
     static void drop(Data * data) noexcept {
         if (data) data->referenceDel();

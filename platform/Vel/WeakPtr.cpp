@@ -6,8 +6,8 @@
 
 namespace Vel {
 
-void WeakTarget::begin(PtrInterface const & object) {
-    cell_ = new (SlabPool::cell(sizeof(Cell))) Cell{.object = &object, .holders = 1};
+WeakTarget::Cell * WeakTarget::begin(PtrInterface const & object) {
+    return cell_ = new (SlabPool::cell(sizeof(Cell))) Cell{.object = &object, .holders = 1};
 }
 
 void WeakTarget::end() noexcept {

@@ -32,7 +32,7 @@ private:
     };
 
     // Makes the cell of `object`, whose target this is. Throws std::bad_alloc.
-    void begin(PtrInterface const & object);
+    Cell * begin(PtrInterface const & object);
     void end() noexcept;
     static void cellDel(Cell * cell) noexcept;
 
@@ -53,12 +53,15 @@ protected:
         PtrInterface const * const object = cell_ ? cell_->object : nullptr;
         return object && !object->isBeingDestroyed() ? object : nullptr;
     }
+    // Tells without a look at what was set.
+    bool refersTo(WeakTarget const & target) const noexcept { return cell_ && cell_ == target.cell_; }
     void referTo(PtrInterface const & object, WeakTarget & target) {
-        if (!target.cell_) [[unlikely]]
-            target.begin(object);
-        ++target.cell_->holders;
+        WeakTarget::Cell * cell = target.cell_;
+        if (!cell) [[unlikely]]
+            cell = target.begin(object);
+        ++cell->holders;
         letGo();
-        cell_ = target.cell_;
+        cell_ = cell;
     }
     void letGo() noexcept {
         WeakTarget::Cell * const cell = std::exchange(cell_, nullptr);
@@ -85,10 +88,12 @@ public:
     }
     // The same; tells whether that was another one.
     bool targetIs(T * target) {
-        if (target == get()) return false;
         if (target) {
+            // One that is being destroyed is none already, even the one that is set.
+            if (refersTo(target->weakTarget()) && !target->isBeingDestroyed()) return false;
             referTo(*target, target->weakTarget());
         } else {
+            if (!object()) return false;
             letGo();
         }
         return true;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 #include <random>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -266,6 +267,48 @@ TEST(HashMap, KeepsNoMemberAliveThroughOneThatWasInItWhenItWasEmptied) {
     collection.emptyAllBuckets();
     EXPECT_EQ(liveMembers<ChosenKey>(), 1U);
     EXPECT_EQ(kept->references(), 1U);
+}
+
+TEST(HashMap, VisitsEachMemberInOrder) {
+    for (unsigned const members : {0U, 1U, 2U, 77U}) {
+        ChosenCollection collection;
+        for (std::uint32_t i = 0; i < members; ++i) collection.add({i % 5 * 0x30000000U, i * 31 % 77});
+        std::vector<ChosenKey> visited;
+        collection.forEach([&](ChosenMember & member) { visited.push_back(member.collectionKey()); });
+        EXPECT_EQ(visited, walked(collection));
+        EXPECT_EQ(visited.size(), members);
+    }
+}
+
+// What `ahead` is given is not known to be what comes next, but it has to be there.
+TEST(HashMap, ThatIsEmptiedShowsWhatComesNextOnce) {
+    for (int const members : {0, 1, 2, 50, 1'000}) {
+        NamedCollection collection;
+        for (int i = 0; i < members; ++i) collection.add(name(i));
+        std::set<NamedMember const *> present;
+        for (auto member = collection.iterator(); member; ++member) present.insert(member->get());
+        std::set<NamedMember const *> seen;
+        collection.emptyAllBuckets([&](NamedMember const & member) {
+            EXPECT_TRUE(present.contains(&member));
+            EXPECT_TRUE(seen.insert(&member).second);
+        });
+        EXPECT_EQ(collection.size(), 0U);
+        EXPECT_EQ(collection.bucketBits(), 0U);
+        EXPECT_EQ(liveMembers<Name>(), 0U);
+        EXPECT_EQ(seen.empty(), present.empty());
+    }
+}
+
+TEST(HashMap, ThatIsEmptiedTakesWhatComesBackMeanwhile) {
+    NamedCollection collection;
+    for (int i = 0; i < 200; ++i) {
+        collection.add(name(i))->onDestruction = [&collection, i](NamedMember &) {
+            if (i % 2 == 0) collection.add(name(1'000 + i));
+        };
+    }
+    collection.emptyAllBuckets([](NamedMember const &) {});
+    EXPECT_EQ(collection.size(), 0U);
+    EXPECT_EQ(liveMembers<Name>(), 0U);
 }
 
 TEST(HashMap, TakesAMemberThatLeftAgain) {
