@@ -20,7 +20,7 @@ constexpr auto onLogicalPort = [](HostV2::NotifieeConst & r, auto const &... key
 
 }  // namespace
 
-HostV2::HostV2(Vel::Name name) noexcept : name_(std::move(name)) {}
+HostV2::HostV2(Vel::Name name) noexcept : Entity(name), name_(std::move(name)) {}
 
 HostV2::~HostV2() {
     Mutation::letGoAll(port_);

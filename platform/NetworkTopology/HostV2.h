@@ -54,6 +54,8 @@ public:
     // The key in the status. Never changes; may be empty.
     Vel::Name const & name() const noexcept { return name_; }
     Vel::Name const & collectionKey() const noexcept { return name_; }
+    // What collections make of the name, at hand without a look at its bytes.
+    std::uint32_t nameHash() const noexcept { return collectionHash(); }
 
     Vel::String const & hostname() const noexcept { return hostname_; }
     void hostnameIs(Vel::String const & value);
@@ -143,13 +145,13 @@ private:
 
     Vel::Name const name_;
     StatusV2 * owner_ = nullptr;  // Not counted. The status clears it when it lets go of us.
+    Members<PortV2> port_{4};
     Vel::String hostname_;
     Vel::String mlagDomainId_;
     Vel::Ptr<PortBaseV2 const> mlagPeerLink_;
     Mlag::MlagState mlagState_ = Mlag::MlagState::unknown;
     Keln::EthAddr mlagSystemId_;
     bool hostnameAddedByOwner_ = false;
-    Members<PortV2> port_{4};
     Members<PortGroupV2> portGroup_{4};
     Members<MlagV2> mlag_{4};
     MlagRaw mlagRaw_;

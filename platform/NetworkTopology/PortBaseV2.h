@@ -34,6 +34,8 @@ public:
     // The key in the collection of its host. Never changes; may be empty.
     Vel::Name const & name() const noexcept { return name_; }
     Vel::Name const & collectionKey() const noexcept { return name_; }
+    // What collections make of the name, at hand without a look at its bytes.
+    std::uint32_t nameHash() const noexcept { return collectionHash(); }
 
     // What the writer says that this is. Not tied to the class, and not always one of the enumerators.
     PortTypeV2 type() const noexcept { return type_; }
@@ -57,7 +59,7 @@ private:
 
     enum class Kind : std::uint8_t { any, port, portGroup, mlag };
 
-    PortBaseV2(Kind kind, Vel::Name name) noexcept : name_(std::move(name)), kind_(kind) {}
+    PortBaseV2(Kind kind, Vel::Name name) noexcept : Entity(name), name_(std::move(name)), kind_(kind) {}
     ~PortBaseV2() override;
 
     template <class... Callbacks>

@@ -27,7 +27,7 @@ public:
     Vel::VelType const * fwkType() const override;
 
     PortBaseVisitor() noexcept = default;
-    ~PortBaseVisitor() override;
+    ~PortBaseVisitor() override = default;
 
     virtual void visitPort(Vel::Ptr<PortV2 const> const & port);
     virtual void visitPortGroup(Vel::Ptr<PortGroupV2 const> const & group);

@@ -57,9 +57,9 @@ private:
     template <class... Callbacks>
     void notify(Callbacks const &... callbacks) const;
 
+    mutable Vel::WeakTarget weakTarget_;
     MemberPort memberPort_;
     Vel::WeakPtr<MlagV2> mlag_;
-    mutable Vel::WeakTarget weakTarget_;
 };
 
 class VEL_EXPORT PortGroupV2::NotifieeConst : public PortBaseV2::NotifieeConst {

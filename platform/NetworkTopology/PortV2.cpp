@@ -17,6 +17,7 @@ Vel::Ptr<PortV2> PortV2::PortV2Is(Vel::Name name) { return new PortV2(std::move(
 Vel::Ptr<PortGroupV2> PortV2::portGroup() const { return portGroup_.get(); }
 
 void PortV2::portGroupIs(Vel::Ptr<PortGroupV2> const & value) {
+    fetchReactors();
     if (!portGroup_.targetIs(value.get())) return;
     notifyKind<NotifieeConst>([](NotifieeConst & r) { r.onPortGroup(); });
 }

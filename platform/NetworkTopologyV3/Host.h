@@ -66,6 +66,9 @@ public:
     Vel::Ptr<Port> port(Vel::Name const & name) noexcept { return port_[name]; }
     Vel::Ptr<Port const> port(Vel::Name const & name) const noexcept { return port_[name]; }
     Port * findPort(Vel::Name const & name) const noexcept { return port_[name]; }
+    Port * findPort(Vel::Name const & name, std::uint32_t hash) const noexcept {
+        return port_.find(hash, name);
+    }
     Vel::Ptr<Port> portIs(Vel::Name name);
     // Before many members are added: room for so many of each kind. A hint, which changes
     // nothing that can be seen.
@@ -78,6 +81,9 @@ public:
     Vel::Ptr<PortGroup> portGroup(Vel::Name const & name) noexcept { return portGroup_[name]; }
     Vel::Ptr<PortGroup const> portGroup(Vel::Name const & name) const noexcept { return portGroup_[name]; }
     PortGroup * findPortGroup(Vel::Name const & name) const noexcept { return portGroup_[name]; }
+    PortGroup * findPortGroup(Vel::Name const & name, std::uint32_t hash) const noexcept {
+        return portGroup_.find(hash, name);
+    }
     Vel::Ptr<PortGroup> portGroupIs(Vel::Name name);
     Vel::Ptr<PortGroup> portGroupDel(Vel::Name name);
     void portGroupDelAll();
@@ -87,6 +93,9 @@ public:
     Vel::Ptr<MlagPort> mlag(Vel::Name const & name) noexcept { return mlag_[name]; }
     Vel::Ptr<MlagPort const> mlag(Vel::Name const & name) const noexcept { return mlag_[name]; }
     MlagPort * findMlag(Vel::Name const & name) const noexcept { return mlag_[name]; }
+    MlagPort * findMlag(Vel::Name const & name, std::uint32_t hash) const noexcept {
+        return mlag_.find(hash, name);
+    }
     // An MLAG port that is there already is returned as it is, whatever its secondary name.
     Vel::Ptr<MlagPort> mlagIs(Vel::Name name, Vel::Name secondaryName);
     Vel::Ptr<MlagPort> mlagDel(Vel::Name name);
@@ -117,13 +126,14 @@ private:
     void notify(Callbacks const &... callbacks) const;
     static void letGo(PortBase & member) noexcept { member.hostDel(); }
 
+    // What every lookup comes to stands at the front.
     Vel::Name const name_;
+    Members<Port> port_{4};
     Vel::String hostname_;
     Vel::String mlagDomainId_;
     Keln::EthAddr mlagSystemId_;
     Mlag::MlagState mlagState_ = Mlag::MlagState::unknown;
     Vel::Ptr<PortBase const> mlagPeerLink_;
-    Members<Port> port_{4};
     Members<PortGroup> portGroup_{4};
     Members<MlagPort> mlag_{4};
     MlagRaw mlagRaw_;

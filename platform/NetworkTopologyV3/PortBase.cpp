@@ -1,7 +1,6 @@
 #include "platform/NetworkTopologyV3/PortBase.h"
 
 #include <memory>
-#include <string_view>
 #include <utility>
 
 #include "platform/NetworkTopologyV3/Host.h"
@@ -27,14 +26,19 @@ void PortBase::hostDel() noexcept {
     hasHost_ = false;
 }
 
-PortKey const & PortBase::portKey() const {
-    if (key_.empty()) {
-        std::string_view const kind = kind_ == Kind::port        ? PortKey::kPort
-                                      : kind_ == Kind::portGroup ? PortKey::kPortGroup
-                                                                 : PortKey::kMlag;
-        key_ = PortKey(hasHost_ ? host_->name() : hostName_, kind, name_);
-    }
-    return key_;
+Vel::String const & PortBase::hostName() const noexcept { return hasHost_ ? host_->name() : hostName_; }
+
+PortKey::Kind PortBase::keyKind() const noexcept {
+    static_assert(static_cast<int>(Kind::port) == static_cast<int>(PortKey::Kind::port) &&
+                  static_cast<int>(Kind::portGroup) == static_cast<int>(PortKey::Kind::portGroup) &&
+                  static_cast<int>(Kind::mlag) == static_cast<int>(PortKey::Kind::mlag));
+    return static_cast<PortKey::Kind>(kind_);
+}
+
+void PortBase::makeKey() const { key_ = PortKey(hostName(), keyKind(), name_); }
+
+std::uint32_t PortBase::portKeyHash() const noexcept {
+    return key_.empty() ? PortKey::hashOf(hostName(), keyKind(), name_) : key_.hash();
 }
 
 void PortBase::typeIs(PortType type) {

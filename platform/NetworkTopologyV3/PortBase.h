@@ -37,7 +37,15 @@ public:
 
     // The key of the place that the host gave to this port base, also when the two have parted. Throws
     // std::bad_alloc on the first call; later ones allocate nothing.
-    PortKey const & portKey() const;
+    PortKey const & portKey() const {
+        if (key_.empty()) [[unlikely]]
+            makeKey();
+        return key_;
+    }
+    // Whether it has been asked for.
+    bool hasPortKey() const noexcept { return !key_.empty(); }
+    // That of the key, which need not have been asked for.
+    std::uint32_t portKeyHash() const noexcept;
 
     // What the writer says that this is. Not tied to the class, and not always one of the enumerators.
     PortType type() const noexcept { return type_; }
@@ -59,6 +67,9 @@ private:
     friend class Host;
 
     void hostDel() noexcept;
+    void makeKey() const;
+    Vel::String const & hostName() const noexcept;
+    PortKey::Kind keyKind() const noexcept;
 
     // There are millions of these: what keeps objects small is in the order and the sharing of these fields.
     PortType type_ = PortType::unknown;

@@ -50,9 +50,9 @@ private:
     template <class... Callbacks>
     void notify(Callbacks const &... callbacks) const;
 
+    mutable Vel::WeakTarget weakTarget_;
     MemberPort memberPort_;
     Vel::WeakPtr<MlagPort const> mlag_;
-    mutable Vel::WeakTarget weakTarget_;
 };
 
 class VEL_EXPORT PortGroup::NotifieeConst : public PortBase::NotifieeConst {

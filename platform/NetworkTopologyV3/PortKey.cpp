@@ -56,14 +56,16 @@ std::optional<std::array<std::string_view, 4>> fourTokens(std::string_view point
 
 }  // namespace
 
-PortKey::Data::Data(Vel::String const & h, Kind k, Vel::Name const & n) noexcept
-    : host(h),
-      name(n),
-      // Hosts have ports of the same names, and a port name says little about its host: all bits of both
-      // hashes have to reach all bits of the result.
-      hash(Vel::VelHashBase<false>::hashU32((std::uint64_t{h.reversedHash()} << 32 | n.reversedHash()) +
-                                            static_cast<std::uint64_t>(k))),
-      kind(k) {}
+// Hosts have ports of the same names, and a port name says little about its host: all bits of both hashes
+// have to reach all bits of the result.
+std::uint32_t PortKey::hashOf(Vel::String const & host, Kind kind, Vel::Name const & name) noexcept {
+    auto const number = static_cast<std::uint32_t>(kind);
+    std::uint64_t const both = std::uint64_t{host.reversedHash()} << 32 | name.reversedHash();
+    return (Vel::VelHashBase<false>::hashU32(both + number) & ~std::uint32_t{3}) | number;
+}
+
+PortKey::Data::Data(Vel::String const & h, Kind kind, Vel::Name const & n) noexcept
+    : host(h), name(n), hash(hashOf(h, kind, n)) {}
 
 PortKey::PortKey(Vel::String const & host, std::string_view kind, Vel::Name const & name) {
     for (Kind const known : {Kind::port, Kind::portGroup, Kind::mlag}) {
@@ -102,33 +104,32 @@ Vel::String PortKey::memberOf(std::string_view kind, Vel::Name const & name) {
 }
 
 Vel::String PortKey::member() const {
-    if (!data_ || data_->kind == Kind::none) return data_ ? data_->name : Vel::Name();
-    return memberOf(textOf(data_->kind), data_->name);
+    if (!data_ || data_->kind() == Kind::none) return data_ ? data_->name : Vel::Name();
+    return memberOf(textOf(data_->kind()), data_->name);
 }
 
 bool PortKey::equalData(PortKey const & a, PortKey const & b) noexcept {
     if (!a.data_ || !b.data_) return false;
-    return a.data_->hash == b.data_->hash && a.data_->kind == b.data_->kind &&
-           a.data_->name == b.data_->name && a.data_->host == b.data_->host;
+    return a.data_->hash == b.data_->hash && a.data_->name == b.data_->name && a.data_->host == b.data_->host;
 }
 
 std::strong_ordering operator<=>(PortKey const & a, PortKey const & b) noexcept {
     if (a == b) return std::strong_ordering::equal;
     if (!a.data_ || !b.data_) return a.data_ ? std::strong_ordering::greater : std::strong_ordering::less;
     if (auto const order = a.data_->host <=> b.data_->host; order != 0) return order;
-    if (a.data_->kind == b.data_->kind) return a.data_->name <=> b.data_->name;
+    if (a.data_->kind() == b.data_->kind()) return a.data_->name <=> b.data_->name;
     // Members of two kinds differ before their names begin: a slash comes before every letter.
-    if (a.data_->kind != PortKey::Kind::none && b.data_->kind != PortKey::Kind::none) {
-        return PortKey::textOf(a.data_->kind) <=> PortKey::textOf(b.data_->kind);
+    if (a.data_->kind() != PortKey::Kind::none && b.data_->kind() != PortKey::Kind::none) {
+        return PortKey::textOf(a.data_->kind()) <=> PortKey::textOf(b.data_->kind());
     }
-    bool const isAPlain = a.data_->kind == PortKey::Kind::none;
+    bool const isAPlain = a.data_->kind() == PortKey::Kind::none;
     PortKey::Data const & plain = isAPlain ? *a.data_ : *b.data_;
     PortKey::Data const & other = isAPlain ? *b.data_ : *a.data_;
     // A text without a kind against one in three pieces, of which none is put together.
     std::string_view text = plain.name.view();
     auto const order = [&] {
         for (std::string_view const piece :
-             {PortKey::textOf(other.kind), std::string_view("/"), other.name.view()}) {
+             {PortKey::textOf(other.kind()), std::string_view("/"), other.name.view()}) {
             if (auto const found = text.substr(0, piece.size()) <=> piece; found != 0) return found;
             text.remove_prefix(piece.size());
         }

@@ -18,7 +18,7 @@
 #include "platform/Vel/Export.h"
 #include "platform/Vel/Name.h"
 #include "platform/Vel/Ptr.h"
-#include "platform/Vel/PtrInterface.h"
+#include "platform/Vel/ReferenceCount.h"
 #include "platform/Vel/String.h"
 #include "platform/Vel/VelType.h"
 
@@ -60,8 +60,11 @@ public:
     // 0 for the empty key.
     std::uint32_t hash() const noexcept { return data_ ? data_->hash : 0; }
 
+    // Whether both are copies of one key, which equal keys need not be.
+    bool isSame(PortKey const & other) const noexcept { return data_ == other.data_; }
+
     friend bool operator==(PortKey const & a, PortKey const & b) noexcept {
-        return a.data_ == b.data_ || equalData(a, b);
+        return a.isSame(b) || equalData(a, b);
     }
     // By host, then by member; bytes, unsigned, lexicographically.
     friend VEL_EXPORT std::strong_ordering operator<=>(PortKey const & a, PortKey const & b) noexcept;
@@ -70,18 +73,36 @@ public:
 private:
     enum class Kind : std::uint8_t { none, port, portGroup, mlag };
 
-    // Equal keys have equal data: a member that begins with a kind is always taken apart.
-    struct Data final : Vel::PtrInterface, Vel::AllocTracked<Data> {
+    // Equal keys have equal data: a member that begins with a kind is always taken apart. There is one for
+    // each port base that an edge begins or ends at, so it is no framework object, which would be larger.
+    class Data final : public Vel::AllocTracked<Data> {
+    public:
         Data(Vel::String const & host, Kind kind, Vel::Name const & name) noexcept;
 
         Vel::String const host;
         Vel::Name const
             name;  // What follows the kind and the slash; the whole member where there is no kind.
+        // The kind in the two bits that say least of the bucket.
         std::uint32_t const hash;
-        Kind const kind;
+
+        Kind kind() const noexcept { return static_cast<Kind>(hash & 3); }
+
+        void referenceNew() const noexcept { references_.referenceNew(); }
+        void referenceDel() const noexcept {
+            if (references_.referenceDel()) [[unlikely]]
+                delete this;
+        }
+
+    private:
+        mutable Vel::ReferenceCount references_{0};
     };
 
+    friend class PortBase;
+    PortKey(Vel::String const & host, Kind kind, Vel::Name const & name)
+        : data_(new Data(host, kind, name)) {}
+
     static std::string_view textOf(Kind kind) noexcept;
+    static std::uint32_t hashOf(Vel::String const & host, Kind kind, Vel::Name const & name) noexcept;
     static bool equalData(PortKey const & a, PortKey const & b) noexcept;
 
     Vel::Ptr<Data const> data_;

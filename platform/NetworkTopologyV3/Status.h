@@ -51,12 +51,16 @@ public:
     // Hosts by name and edges by the key of the port base where they start: a lookup gives null where there
     // is none, `Is` makes it and returns one that is there as it is, `Del` returns what it took out, null
     // when there was none. What was taken out keeps its members, or destinations, as long as it is
-    // referenced. `find` is the lookup without a reference: valid while the status holds the host.
+    // referenced. `find` is the lookup without a reference: valid while the status holds it. It takes the
+    // hash of a name, too, as collections make it, from those who have it at hand.
     Hosts::Range host() noexcept { return {host_, *this}; }
     Hosts::ConstRange host() const noexcept { return {host_, *this}; }
     Vel::Ptr<Host> host(Vel::Name const & name) noexcept { return host_[name]; }
     Vel::Ptr<Host const> host(Vel::Name const & name) const noexcept { return host_[name]; }
     Host * findHost(Vel::Name const & name) const noexcept { return host_[name]; }
+    Host * findHost(Vel::Name const & name, std::uint32_t hash) const noexcept {
+        return host_.find(hash, name);
+    }
     Vel::Ptr<Host> hostIs(Vel::Name name);
     // Before many are added: room for so many. A hint, which changes nothing that can be seen.
     void reserve(unsigned hosts, unsigned edges) noexcept;
@@ -71,6 +75,9 @@ public:
     Edges::ConstRange edge() const noexcept { return {edge_, *this}; }
     Vel::Ptr<DirectedEdge> edge(PortKey const & fromPort) noexcept { return edge_[fromPort]; }
     Vel::Ptr<DirectedEdge const> edge(PortKey const & fromPort) const noexcept { return edge_[fromPort]; }
+    DirectedEdge * findEdge(PortKey const & fromPort) const noexcept { return edge_[fromPort]; }
+    // For those who will look up, or add, an edge whose key has that hash soon. Changes nothing.
+    void fetchEdge(std::uint32_t hash) const noexcept { edge_.fetch(hash); }
     Vel::Ptr<DirectedEdge> edgeIs(PortKey const & fromPort);
     Vel::Ptr<DirectedEdge> edgeDel(PortKey const & fromPort);
     void edgeDelAll();

@@ -98,6 +98,18 @@ TEST_F(Host, CountsItsPeerLink) {
     EXPECT_EQ(follower_->taken(), Calls({"onMlagPeerLink", "onMlagPeerLink"}));
 }
 
+TEST_F(Host, HasTheHashOfItsNameAtHandAsItsMembersHave) {
+    for (char const * const text : {"", "eth-1"}) {
+        Vel::Name const name(text);
+        EXPECT_EQ(HostV2::HostV2Is(name)->nameHash(), name.reversedHash());
+        EXPECT_EQ(PortV2::PortV2Is(name)->nameHash(), name.reversedHash());
+        EXPECT_EQ(host_->portIs(name)->nameHash(), name.reversedHash());
+        EXPECT_EQ(host_->portGroupIs(name)->nameHash(), name.reversedHash());
+        EXPECT_EQ(host_->mlagIs(name, "q")->nameHash(), name.reversedHash());
+        EXPECT_EQ(host_->portDel(name)->nameHash(), name.reversedHash());
+    }
+}
+
 TEST_F(Host, IsTheHostOfItsMembers) {
     EXPECT_EQ(host_->portIs("p")->host(), host_.get());
     EXPECT_EQ(host_->portGroupIs("p")->host(), host_.get());

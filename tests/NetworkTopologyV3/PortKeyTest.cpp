@@ -165,6 +165,21 @@ TEST(PortKey, IsTheSameAfterTheFirstCallWithoutAnAllocation) {
     EXPECT_EQ(first.host().data(), host->name().data());
 }
 
+TEST(PortKey, HasAHashThatIsKnownBeforeItIsAskedFor) {
+    Vel::Ptr<Host> host = Status::StatusIs()->hostIs("leaf-1");
+    std::vector<Vel::Ptr<PortBase>> const all = {host->portIs("a"), host->portGroupIs("a"),
+                                                 host->mlagIs("a", "b"), host->portIs("left")};
+    host->portDel("left");
+    host = nullptr;
+    for (auto const & portBase : all) {
+        EXPECT_FALSE(portBase->hasPortKey());
+        std::uint32_t const before = portBase->portKeyHash();
+        EXPECT_EQ(before, portBase->portKey().hash());
+        EXPECT_TRUE(portBase->hasPortKey());
+        EXPECT_EQ(before, portBase->portKeyHash());
+    }
+}
+
 TEST(PortKey, CanBeAskedForAgainWhenMemoryRanOut) {
     Vel::Ptr<Port> const port = Status::StatusIs()->hostIs("leaf-1")->portIs("eth-1");
     {
