@@ -9,32 +9,16 @@
 
 namespace NetworkTopologyAggregator {
 
-PortBaseFinder::Ptr PortBaseFinder::PortBaseFinderIs(Vel::Ptr<NetworkTopology::HostV2 const> hostV2,
-                                                     Vel::Ptr<NetworkTopologyV3::Host> hostV3) {
-    Ptr finder = new PortBaseFinder(std::move(hostV2), std::move(hostV3));
-    finder->hasNotificationActiveIs(true);
-    return finder;
-}
-
-PortBaseFinder::~PortBaseFinder() = default;
-
 void PortBaseFinder::visitPort(Vel::Ptr<NetworkTopology::PortV2 const> const & port) {
-    result_ = hostV3_ && port ? hostV3_->findPort(port->name()) : nullptr;
+    result_ = hostV3_ && port ? hostV3_->findPort(port->name(), port->nameHash()) : nullptr;
 }
 
 void PortBaseFinder::visitPortGroup(Vel::Ptr<NetworkTopology::PortGroupV2 const> const & group) {
-    result_ = hostV3_ && group ? hostV3_->findPortGroup(group->name()) : nullptr;
+    result_ = hostV3_ && group ? hostV3_->findPortGroup(group->name(), group->nameHash()) : nullptr;
 }
 
 void PortBaseFinder::visitMlag(Vel::Ptr<NetworkTopology::MlagV2 const> const & mlag) {
-    result_ = hostV3_ && mlag ? hostV3_->findMlag(mlag->name()) : nullptr;
-}
-
-NetworkTopologyV3::PortBase::Ptr
-PortBaseFinder::find(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portBase) {
-    if (!portBase) return result_ = nullptr;
-    portBase->accept(Vel::Ptr<NetworkTopology::PortBaseVisitor>(this));
-    return result_;
+    result_ = hostV3_ && mlag ? hostV3_->findMlag(mlag->name(), mlag->nameHash()) : nullptr;
 }
 
 Vel::Ptr<PortBaseFinder> portBaseFinderFactory(Vel::Ptr<NetworkTopology::HostV2 const> const & hostV2,

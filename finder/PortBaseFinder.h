@@ -40,7 +40,7 @@ public:
     PortBaseFinder(Vel::Ptr<NetworkTopology::HostV2 const> && hostV2,
                    Vel::Ptr<NetworkTopologyV3::Host> && hostV3) noexcept
         : hostV2_(std::move(hostV2)), hostV3_(std::move(hostV3)) {}
-    ~PortBaseFinder() override;
+    ~PortBaseFinder() override = default;
 
     // Null finds nothing.
     void visitPort(Vel::Ptr<NetworkTopology::PortV2 const> const & port) override;
@@ -62,6 +62,20 @@ private:
     Vel::Ptr<NetworkTopologyV3::Host> const hostV3_;
     NetworkTopologyV3::PortBase::Ptr result_;
 };
+
+inline PortBaseFinder::Ptr PortBaseFinder::PortBaseFinderIs(Vel::Ptr<NetworkTopology::HostV2 const> hostV2,
+                                                            Vel::Ptr<NetworkTopologyV3::Host> hostV3) {
+    Ptr finder = new PortBaseFinder(std::move(hostV2), std::move(hostV3));
+    finder->hasNotificationActiveIs(true);
+    return finder;
+}
+
+inline NetworkTopologyV3::PortBase::Ptr
+PortBaseFinder::find(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portBase) {
+    if (!portBase) return result_ = nullptr;
+    portBase->accept(Vel::Ptr<NetworkTopology::PortBaseVisitor>(this));
+    return result_;
+}
 
 // As PortBaseFinder::PortBaseFinderIs.
 VEL_EXPORT Vel::Ptr<PortBaseFinder>

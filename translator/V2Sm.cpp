@@ -2,14 +2,18 @@
 
 #include "finder/PortBaseFinder.h"
 #include "platform/Vel/Exceptions.h"
+#include "translator/internal/LookAhead.h"
 #include "translator/internal/Registry.h"
 #include "translator/internal/Tracing.h"
 
 namespace NetworkTopologyAggregator {
 
+// What is passed by value here is used after writes, whose followers may let go of the caller's.
+// NOLINTBEGIN(performance-unnecessary-value-param)
+
 V2Sm::Ptr V2Sm::V2SmIs(Vel::Name name, Vel::Ptr<NetworkTopology::StatusV2 const> v2,
                        Vel::Ptr<NetworkTopologyV3::Status> v3) {
-    Ptr const sm = new V2Sm(std::move(name), v2, v3);
+    Ptr sm = new V2Sm(std::move(name), v2, v3);
     sm->hasNotificationActiveIs(true);
     return sm;
 }
@@ -40,7 +44,11 @@ V2Sm::~V2Sm() {
     heldIs();
     velDoZombieReactors(true);
     clearOwners();
-    edge_.emptyAllBuckets();
+    edge_.emptyAllBuckets([](VelEdge const & reactor) {
+        __builtin_prefetch(reactor.notifier());
+        __builtin_prefetch(reactor.v3Edge().get());
+        __builtin_prefetch(reactor.collectionKey().get());
+    });
     host_.emptyAllBuckets();
     velV3_ = nullptr;
     velV2_ = nullptr;
@@ -49,16 +57,16 @@ V2Sm::~V2Sm() {
 void V2Sm::clearOwners() noexcept {
     if (velV2_) velV2_->ownerIs(nullptr);
     if (velV3_) velV3_->ownerIs(nullptr);
-    for (auto reactor = host_.iterator(); reactor; ++reactor) (*reactor)->ownerIs(nullptr);
-    for (auto reactor = edge_.iterator(); reactor; ++reactor) (*reactor)->ownerIs(nullptr);
+    host_.forEach([](VelHost & reactor) { reactor.ownerIs(nullptr); });
+    edge_.forEach([](VelEdge & reactor) { reactor.ownerIs(nullptr); });
 }
 
 void V2Sm::hasNotificationActiveIs(bool active) {
     Vel::PtrInterface::hasNotificationActiveIs(active);
     if (velV2_) velV2_->hasNotificationActiveIs(active);
     if (velV3_) velV3_->hasNotificationActiveIs(active);
-    for (auto reactor = host_.iterator(); reactor; ++reactor) (*reactor)->hasNotificationActiveIs(active);
-    for (auto reactor = edge_.iterator(); reactor; ++reactor) (*reactor)->hasNotificationActiveIs(active);
+    host_.forEach([&](VelHost & reactor) { reactor.hasNotificationActiveIs(active); });
+    edge_.forEach([&](VelEdge & reactor) { reactor.hasNotificationActiveIs(active); });
 }
 
 void V2Sm::velDoZombieReactors(bool zombie) {
@@ -67,7 +75,11 @@ void V2Sm::velDoZombieReactors(bool zombie) {
     if (auto const reactor = velV2_) reactor->velDoZombieReactors(zombie);
     if (auto const reactor = velV3_) reactor->velDoZombieReactors(zombie);
     for (auto reactor = host_.iterator(); reactor; ++reactor) (*reactor)->velDoZombieReactors(zombie);
-    for (auto reactor = edge_.iterator(); reactor; ++reactor) (*reactor)->velDoZombieReactors(zombie);
+    RetirementsAhead<VelEdge> ahead(edge_.size());
+    for (auto reactor = edge_.iterator(); reactor; ++reactor) {
+        ahead.fetch(reactor, output());
+        (*reactor)->velDoZombieReactors(zombie);
+    }
     velMarkedForDeletionIs(zombie);
 }
 
@@ -77,7 +89,7 @@ namespace {
 
 template <class Reactor>
 Vel::Ptr<Reactor> letGo(Vel::Ptr<Reactor> & field) {
-    Vel::Ptr<Reactor> const reactor = std::exchange(field, nullptr);
+    Vel::Ptr<Reactor> reactor = std::exchange(field, nullptr);
     if (reactor) retire(*reactor);
     return reactor;
 }
@@ -131,6 +143,8 @@ Vel::Ptr<V2Sm::VelHost> V2Sm::hostIs(Vel::Ptr<NetworkTopology::HostV2 const> hos
     Vel::KeepAlive const keepRoot(*this);
     return reactorIs(host_, host, host->name(), this);
 }
+
+// NOLINTEND(performance-unnecessary-value-param)
 
 Vel::Ptr<NetworkTopology::HostV2 const> V2Sm::hostDel(Vel::Name name) {
     Vel::KeepAlive const keepRoot(*this);
@@ -186,7 +200,12 @@ void V2Sm::populateV3() {
     }
     if (auto const input = v2()) {
         if (auto const output = v3()) {
-            for (auto const & edge : input->edge()) populateEdge(*edge, *output);
+            auto const edges = input->edge();
+            EdgesAhead ahead(edges.size());
+            for (auto edge = edges.begin(); edge; ++edge) {
+                ahead.fetch(edge, *output);
+                populateEdge(**edge, *output);
+            }
         }
     }
 }
@@ -196,7 +215,12 @@ void V2Sm::populateV3() {
 void V2Sm::populateHost(NetworkTopology::HostV2 const & hostV2, NetworkTopologyV3::Status & v3) {
     auto const hostV3 = v3.hostIs(hostV2.name());
     hostV3->reserve(hostV2.port().size(), hostV2.portGroup().size(), hostV2.mlag().size());
-    for (auto const & port : hostV2.port()) hostV3->portIs(port->name());
+    NamesAhead<NetworkTopology::PortV2> portsAhead;
+    auto const ports = hostV2.port();
+    for (auto port = ports.begin(); port; ++port) {
+        portsAhead.fetch(port);
+        hostV3->portIs((*port)->name());
+    }
     for (auto const & group : hostV2.portGroup()) hostV3->portGroupIs(group->name());
     for (auto const & mlag : hostV2.mlag()) hostV3->mlagIs(mlag->name(), mlag->secondaryName());
     for (auto const & raw : hostV2.mlagRaw()) {
@@ -205,7 +229,7 @@ void V2Sm::populateHost(NetworkTopology::HostV2 const & hostV2, NetworkTopologyV
     for (auto const & logical : hostV2.logicalPort()) hostV3->logicalPortIs(toPortBaseV3(logical.value()));
     // A follower may have deleted what was made above.
     for (auto const & port : hostV2.port()) {
-        if (auto const portV3 = hostV3->port(port->name())) {
+        if (auto * const portV3 = hostV3->findPort(port->name(), port->nameHash())) {
             portV3->portGroupIs(toPortGroupV3(port->portGroup()));
         }
     }
@@ -216,7 +240,7 @@ void V2Sm::populateHost(NetworkTopology::HostV2 const & hostV2, NetworkTopologyV
         groupV3->mlagIs(toMlagV3(group->mlag()));
     }
     for (auto const & mlag : hostV2.mlag()) {
-        if (auto const mlagV3 = hostV3->mlag(mlag->name())) {
+        if (auto * const mlagV3 = hostV3->findMlag(mlag->name(), mlag->nameHash())) {
             mlagV3->localPortGroupIs(toPortGroupV3(mlag->localPortGroup()));
         }
     }
@@ -249,7 +273,7 @@ NetworkTopologyV3::Host::Ptr V2Sm::toHostV3(Vel::Ptr<NetworkTopology::HostV2 con
 
 inline NetworkTopologyV3::Host * V2Sm::hostV3Of(NetworkTopology::HostV2 const * hostV2) const noexcept {
     NetworkTopologyV3::Status * const status = output();
-    return hostV2 && status ? status->findHost(hostV2->name()) : nullptr;
+    return hostV2 && status ? status->findHost(hostV2->name(), hostV2->nameHash()) : nullptr;
 }
 
 NetworkTopologyV3::PortBase::Ptr
@@ -267,7 +291,7 @@ NetworkTopologyV3::Port * V2Sm::toPortV3(Vel::Ptr<NetworkTopology::PortV2 const>
     traced("NetworkTopologyV3::Port* NetworkTopologyAggregator::V2Sm::toPortV3(const PtrConst&)", "toPortV3");
     if (!portV2) return nullptr;
     NetworkTopologyV3::Host const * const hostV3 = hostV3Of(portV2->host());
-    return hostV3 ? hostV3->findPort(portV2->name()) : nullptr;
+    return hostV3 ? hostV3->findPort(portV2->name(), portV2->nameHash()) : nullptr;
 }
 
 NetworkTopologyV3::PortGroup *
@@ -276,7 +300,7 @@ V2Sm::toPortGroupV3(Vel::Ptr<NetworkTopology::PortGroupV2 const> const & pgV2) {
            "toPortGroupV3");
     if (!pgV2) return nullptr;
     NetworkTopologyV3::Host const * const hostV3 = hostV3Of(pgV2->host());
-    return hostV3 ? hostV3->findPortGroup(pgV2->name()) : nullptr;
+    return hostV3 ? hostV3->findPortGroup(pgV2->name(), pgV2->nameHash()) : nullptr;
 }
 
 NetworkTopologyV3::MlagPort * V2Sm::toMlagV3(Vel::Ptr<NetworkTopology::MlagV2 const> const & mlagV2) {
@@ -284,7 +308,7 @@ NetworkTopologyV3::MlagPort * V2Sm::toMlagV3(Vel::Ptr<NetworkTopology::MlagV2 co
            "toMlagV3");
     if (!mlagV2) return nullptr;
     NetworkTopologyV3::Host const * const hostV3 = hostV3Of(mlagV2->host());
-    return hostV3 ? hostV3->findMlag(mlagV2->name()) : nullptr;
+    return hostV3 ? hostV3->findMlag(mlagV2->name(), mlagV2->nameHash()) : nullptr;
 }
 
 NetworkTopologyV3::PortType V2Sm::toPortTypeV3(NetworkTopology::PortTypeV2 portTypeV2) {

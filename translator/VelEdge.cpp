@@ -23,6 +23,7 @@ void V2Sm::VelEdge::hasNotificationActiveIs(bool active) {
 void V2Sm::VelEdge::velDoZombieReactors(bool zombie) {
     if (zombie == velMarkedForDeletion()) return;
     Vel::KeepAlive const keepThis(*this);
+    Vel::fetch(v3Edge_.get());
     if (notifier()) hasNotificationActiveIs(!zombie);
     // A reactor that no counted reference holds has none to hand out.
     if (sm_) isCounted() ? sm_->vel_handleEdge(this) : cleanup();
@@ -75,6 +76,7 @@ void V2Sm::VelEdge::writeAllToPorts() {
 
 void V2Sm::VelEdge::writeToPort(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & toPort) {
     if (!sm_ || !notifier()) return;
+    Vel::fetch(v3Edge_.get());
     auto const portV3 = sm_->toPortBaseV3(toPort);
     if (!portV3 || !v3Edge_) return;
     if (auto const * const entry = notifier()->toPortEntry(toPort)) {
@@ -91,7 +93,7 @@ void V2Sm::VelEdge::cleanup() {
     NetworkTopology::HostV2 const * const host = fromPort ? fromPort->host() : nullptr;
     if (!host || !sm_ || !v3Edge_) return;
     NetworkTopologyV3::Status * const status = sm_->output();
-    if (!status || !status->findHost(host->name())) return;
+    if (!status || !status->findHost(host->name(), host->nameHash())) return;
     if (auto const portV3 = sm_->toPortBaseV3(edge->fromPort())) status->edgeDel(portV3->portKey());
 }
 

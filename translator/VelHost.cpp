@@ -1,6 +1,7 @@
 #include "translator/VelHost.h"
 
 #include "platform/Vel/Exceptions.h"
+#include "translator/internal/LookAhead.h"
 #include "translator/internal/Registry.h"
 #include "translator/internal/Tracing.h"
 
@@ -32,23 +33,21 @@ V2Sm::VelHost::~VelHost() {
     clearOwners();
     mlag_.emptyAllBuckets();
     portGroup_.emptyAllBuckets();
-    port_.emptyAllBuckets();
+    port_.emptyAllBuckets([](VelPort const & reactor) { __builtin_prefetch(reactor.notifier()); });
 }
 
 void V2Sm::VelHost::clearOwners() noexcept {
-    for (auto reactor = port_.iterator(); reactor; ++reactor) (*reactor)->ownerIs(nullptr);
-    for (auto reactor = portGroup_.iterator(); reactor; ++reactor) (*reactor)->ownerIs(nullptr);
-    for (auto reactor = mlag_.iterator(); reactor; ++reactor) (*reactor)->ownerIs(nullptr);
+    port_.forEach([](VelPort & reactor) { reactor.ownerIs(nullptr); });
+    portGroup_.forEach([](VelPortGroup & reactor) { reactor.ownerIs(nullptr); });
+    mlag_.forEach([](VelMlag & reactor) { reactor.ownerIs(nullptr); });
 }
 
 void V2Sm::VelHost::hasNotificationActiveIs(bool active) {
     if (active == hasNotificationActive()) return;
     Vel::PtrInterface::hasNotificationActiveIs(active);
-    for (auto reactor = port_.iterator(); reactor; ++reactor) (*reactor)->hasNotificationActiveIs(active);
-    for (auto reactor = portGroup_.iterator(); reactor; ++reactor) {
-        (*reactor)->hasNotificationActiveIs(active);
-    }
-    for (auto reactor = mlag_.iterator(); reactor; ++reactor) (*reactor)->hasNotificationActiveIs(active);
+    port_.forEach([&](VelPort & reactor) { reactor.hasNotificationActiveIs(active); });
+    portGroup_.forEach([&](VelPortGroup & reactor) { reactor.hasNotificationActiveIs(active); });
+    mlag_.forEach([&](VelMlag & reactor) { reactor.hasNotificationActiveIs(active); });
 }
 
 void V2Sm::VelHost::velDoZombieReactors(bool zombie) {
@@ -152,8 +151,9 @@ void V2Sm::VelHost::onMlagRawvelImmediate() {}
 // The registries
 
 template <class Reactor, class Input>
-Vel::Ptr<Reactor> V2Sm::VelHost::memberIs(Vel::HashMap<Reactor, Vel::Name, VelHost> & registry,
-                                          Vel::Ptr<Input const> const & input, char const * nullText) {
+[[gnu::always_inline]] inline Vel::Ptr<Reactor>
+V2Sm::VelHost::memberIs(Vel::HashMap<Reactor, Vel::Name, VelHost> & registry,
+                        Vel::Ptr<Input const> const & input, char const * nullText) {
     if (!input) Vel::throwRangeException(nullText);
     Vel::KeepAlive const keepThis(*this);
     return reactorIs(registry, input, input->name(), this);
@@ -246,6 +246,7 @@ void V2Sm::VelHost::mlagDelAll() {
 
 void V2Sm::VelHost::onPort(Vel::Name name) {
     Vel::KeepAlive const keepThis(*this);
+    port_.fetch(name.reversedHash());
     reconcileKey<NetworkTopology::PortV2>([&] { return notifier(); },
                                           [&] { return notifier()->findPort(name); },
                                           [&](auto const & port) { portIs(port); }, [&] { portDel(name); });
@@ -268,11 +269,12 @@ void V2Sm::VelHost::onMlag(Vel::Name name) {
 void V2Sm::VelHost::reconcilePorts() {
     Vel::KeepAlive const keepThis(*this);
     Vel::Ptr<NetworkTopology::HostV2 const> const host = notifier();
+    NamesAhead<NetworkTopology::PortV2> ahead;
     reconcile(
         host->port(), port_, [&] { return notifier() == host.get(); },
         [&](Vel::Ptr<NetworkTopology::PortV2 const> const & port) { portIs(port); },
         [&](Vel::Name const & name) { return host->findPort(name) != nullptr; },
-        [&](Vel::Name const & name) { portDel(name); });
+        [&](Vel::Name const & name) { portDel(name); }, [&](auto const & walk) { ahead.fetch(walk); });
 }
 
 void V2Sm::VelHost::reconcilePortGroups() {

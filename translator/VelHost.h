@@ -175,6 +175,7 @@ public:
     virtual void velDoZombieReactors(bool zombie) {
         if (zombie == this->velMarkedForDeletion()) return;
         Vel::KeepAlive const keepThis(*this);
+        Vel::fetch(output_.get());
         if (this->notifier()) this->hasNotificationActiveIs(!zombie);
         // A reactor that no counted reference holds has none to hand out.
         if (owner_) this->isCounted() ? reactor().handleRetirement() : reactor().cleanup();
@@ -204,7 +205,7 @@ protected:
         V2Sm * const translator = sm();
         NetworkTopology::HostV2 const * const host = translator ? owner_->notifier() : nullptr;
         NetworkTopologyV3::Status * const status = host ? translator->output() : nullptr;
-        return status ? status->findHost(host->name()) : nullptr;
+        return status ? status->findHost(host->name(), host->nameHash()) : nullptr;
     }
     Vel::Ptr<Output> const & output() const noexcept { return output_; }
     void outputIs(Vel::Ptr<Output> const & output) { output_ = output; }

@@ -16,6 +16,7 @@ V2Sm::VelHost::VelPort::~VelPort() {
 
 void V2Sm::VelHost::VelPort::onPortGroup() {
     if (!notifier() || !v3Port()) return;
+    Vel::fetch(v3Port().get());
     V2Sm * const translator = sm();
     v3Port()->portGroupIs(translator ? translator->toPortGroupV3(notifier()->portGroup()) : nullptr);
 }

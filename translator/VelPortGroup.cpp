@@ -31,6 +31,7 @@ void V2Sm::VelHost::VelPortGroup::handleMemberPort(Vel::Name name) {
     traced("void NetworkTopologyAggregator::V2Sm::VelHost::VelPortGroup::handleMemberPort(Vel::Name)",
            "handleMemberPort");
     if (!notifier() || !v3PortGroup()) return;
+    Vel::fetch(v3PortGroup().get());
     auto const * const entry = notifier()->memberPortEntry(name);
     if (!entry) {
         v3PortGroup()->memberPortDel(std::move(name));

@@ -1,5 +1,6 @@
 #include "translator/VelStatus.h"
 
+#include "translator/internal/LookAhead.h"
 #include "translator/internal/Registry.h"
 
 namespace NetworkTopologyAggregator {
@@ -60,6 +61,7 @@ void V2Sm::VelV2::onLocalhost() {
 void V2Sm::VelV2::onEdge(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & fromPort) {
     Vel::KeepAlive const keepThis(*this);
     FromPort const key = fromPort;  // The caller's may live in what goes away meanwhile.
+    if (owner_) owner_->edge_.fetch(Vel::HashMapKey<FromPort>::hash(key));
     reconcileKey<NetworkTopology::DirectedEdgeV2>(
         [&] { return owner_ && notifier(); }, [&] { return notifier()->findEdge(key); },
         [&](auto const & edge) { owner_->edgeIs(edge); }, [&] { owner_->edgeDel(key); });
@@ -70,11 +72,13 @@ void V2Sm::VelV2::onEdgevelImmediate() {
     if (!status || !owner_) return;
     Vel::KeepAlive const keepThis(*this);
     Vel::KeepAlive const keepRoot(*owner_);
+    EdgeReactorsAhead edgesAhead(status->edge().size());
     reconcile(
         status->edge(), owner_->edge_, [&] { return owner_ && notifier() == status.get(); },
         [&](Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const & edge) { owner_->edgeIs(edge); },
         [&](FromPort const & fromPort) { return status->findEdge(fromPort) != nullptr; },
-        [&](FromPort const & fromPort) { owner_->edgeDel(fromPort); });
+        [&](FromPort const & fromPort) { owner_->edgeDel(fromPort); },
+        [&](auto const & walk) { edgesAhead.fetch(walk, owner_->output()); });
 }
 
 void V2Sm::VelV2::velDoZombieReactors(bool zombie) {

@@ -19,12 +19,12 @@ FAULTS = [
         """\
     velDoZombieReactors(true);
     clearOwners();
-    edge_.emptyAllBuckets();
+    edge_.emptyAllBuckets([](VelEdge const & reactor) {
 """,
         """\
     clearOwners();
     velDoZombieReactors(true);
-    edge_.emptyAllBuckets();
+    edge_.emptyAllBuckets([](VelEdge const & reactor) {
 """,
         "a translator that goes leaves in the output what it has made",
     ),
@@ -33,7 +33,11 @@ FAULTS = [
         "translator/V2Sm.cpp",
         """\
     for (auto reactor = host_.iterator(); reactor; ++reactor) (*reactor)->velDoZombieReactors(zombie);
-    for (auto reactor = edge_.iterator(); reactor; ++reactor) (*reactor)->velDoZombieReactors(zombie);
+    RetirementsAhead<VelEdge> ahead(edge_.size());
+    for (auto reactor = edge_.iterator(); reactor; ++reactor) {
+        ahead.fetch(reactor, output());
+        (*reactor)->velDoZombieReactors(zombie);
+    }
 """,
         """\
     for (auto reactor = edge_.iterator(); reactor; ++reactor) (*reactor)->velDoZombieReactors(zombie);
@@ -66,7 +70,7 @@ FAULTS = [
     Fault(
         "mlag-by-secondary-name",
         "translator/V2Sm.cpp",
-        "hostV3->findMlag(mlagV2->name())",
+        "hostV3->findMlag(mlagV2->name(), mlagV2->nameHash())",
         "hostV3->findMlag(mlagV2->secondaryName())",
         "an MLAG is looked up under its secondary name",
     ),
@@ -180,7 +184,7 @@ FAULTS = [
         "translator/VelHost.h",
         """\
         NetworkTopologyV3::Status * const status = host ? translator->output() : nullptr;
-        return status ? status->findHost(host->name()) : nullptr;
+        return status ? status->findHost(host->name(), host->nameHash()) : nullptr;
 """,
         """\
         NetworkTopologyV3::Status * const status = translator ? translator->output() : nullptr;
@@ -254,10 +258,10 @@ FAULTS = [
         "port-for-a-group",
         "finder/PortBaseFinder.cpp",
         """\
-    result_ = hostV3_ && group ? hostV3_->findPortGroup(group->name()) : nullptr;
+    result_ = hostV3_ && group ? hostV3_->findPortGroup(group->name(), group->nameHash()) : nullptr;
 """,
         """\
-    result_ = hostV3_ && group ? hostV3_->findPortGroup(group->name()) : nullptr;
+    result_ = hostV3_ && group ? hostV3_->findPortGroup(group->name(), group->nameHash()) : nullptr;
     if (!result_ && hostV3_ && group) result_ = hostV3_->findPort(group->name());
 """,
         "a port group that is not there is taken for the port of its name",

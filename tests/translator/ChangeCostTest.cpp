@@ -210,14 +210,14 @@ TEST(ChangeCost, OfEveryKindOfChangeIsTheSameInAFabricAHundredTimesAsLarge) {
     }
 }
 
-// That the counters count: a change that empties a collection takes work for each of its members.
-TEST(ChangeCost, OfEmptyingACollectionIsThatOfItsMembers) {
-    auto const workOfEmptying = [](int ports) {
+// That the counters count: what goes over a collection takes work for each of its members.
+TEST(ChangeCost, OfGoingOverACollectionIsThatOfItsMembers) {
+    auto const workOfGoingOver = [](int ports) {
         Fabric fabric(ports);
         Work work;
         {
             WalkCount const steps;
-            fabric.a->portDelAll();
+            fabric.sm->populateV3();
             work.steps = steps.value();
         }
         WriteLog const writes;
@@ -225,8 +225,8 @@ TEST(ChangeCost, OfEmptyingACollectionIsThatOfItsMembers) {
         work.writes = writes.size();
         return work;
     };
-    auto const small = workOfEmptying(1'000);
-    auto const large = workOfEmptying(3'000);
+    auto const small = workOfGoingOver(1'000);
+    auto const large = workOfGoingOver(3'000);
     EXPECT_EQ(small.writes, 41U);
     EXPECT_EQ(large.writes, 121U);
     EXPECT_GT(large.steps, small.steps + 500U);

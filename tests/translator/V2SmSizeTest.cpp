@@ -2,11 +2,13 @@
 // stack.
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "finder/PortBaseFinder.h"
 #include "tests/support/NamesOfOneHash.h"
 #include "tests/support/SmallStack.h"
 #include "tests/support/VeryMany.h"
@@ -94,6 +96,60 @@ TEST_P(VeryMany, PortsWhoseNamesHaveOneHashComeAndGoOnASmallStack) {
         scene.sm = nullptr;
         EXPECT_EQ(scene.v3->host("h"), nullptr);
     });
+}
+
+// So many edges that their walks look ahead, and of every kind.
+TEST(VeryManyEdges, AreTranslatedAsFewAre) {
+    using NetworkTopologyAggregator::PortBaseFinder;
+    constexpr int kHosts = 40;
+    constexpr int kPorts = 250;
+    auto const finders = [] { return PortBaseFinder::velAllocTrackTypeInfo_->total(); };
+    auto const portName = [](int i) { return Vel::Name(std::to_string(i)); };
+    PortBaseFinder::PortBaseFinderIs(nullptr, nullptr);  // For the record.
+
+    auto const v2 = StatusV2::StatusV2Is();
+    std::vector<Vel::Ptr<NetworkTopology::PortV2>> ports;
+    for (int h = 0; h < kHosts; ++h) {
+        auto const host = v2->hostIs(std::to_string(h));
+        for (int i = 0; i < kPorts; ++i) ports.push_back(host->portIs(portName(i)));
+    }
+    std::vector<bool> hasDestination;
+    for (std::size_t i = 0; i < ports.size(); ++i) {
+        auto const edge = v2->edgeIs(ports[i]);
+        hasDestination.push_back(i % 10 != 0);
+        if (hasDestination[i]) edge->toPortIs(ports[i * 7919 % ports.size()], i % 3 == 0);
+    }
+    // Nothing that corresponds to any of these.
+    auto const strangers = NetworkTopology::HostV2::HostV2Is("stranger");
+    for (int i = 0; i < 500; ++i) {
+        v2->edgeIs(NetworkTopology::PortV2::PortV2Is(portName(i)))->toPortIs(ports[0], true);
+        v2->edgeIs(strangers->portIs(portName(i)))->toPortIs(nullptr, true);
+    }
+    v2->edgeIs(Vel::Ptr<NetworkTopology::PortBaseV2 const>())->toPortIs(ports[1], true);
+
+    auto const v3 = Status::StatusIs();
+    std::uint64_t const before = finders();
+    auto sm = v2SmFactory("sm", v2, v3);
+    EXPECT_EQ(v3->edge().size(), ports.size());
+    std::uint64_t destinations = 0;
+    for (std::size_t i = 0; i < ports.size(); ++i) {
+        auto const key = [&](std::size_t port) {
+            return v3->host(ports[port]->host()->name())->port(ports[port]->name())->portKey();
+        };
+        auto const edge = v3->edge(key(i));
+        ASSERT_TRUE(edge) << i;
+        ASSERT_EQ(edge->toPort().size(), hasDestination[i] ? 1U : 0U) << i;
+        if (!hasDestination[i]) continue;
+        ++destinations;
+        EXPECT_EQ(edge->toPort(key(i * 7919 % ports.size())), std::optional(i % 3 == 0)) << i;
+    }
+    EXPECT_EQ(finders() - before, 2 * ports.size() + destinations) << "one for each look-up and no more";
+
+    // The hosts go, and the edges stay behind.
+    sm = nullptr;
+    EXPECT_EQ(v3->host().size(), 0U);
+    EXPECT_EQ(v3->edge().size(), ports.size());
+    for (auto const & edge : v2->edge()) EXPECT_FALSE(edge->isFollowed());
 }
 
 // Every reference that there is leads through the same few objects.

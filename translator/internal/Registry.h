@@ -5,6 +5,8 @@
 // Every step that writes the output may come back: a follower of the output changes the input, whose
 // notification changes the very registry that is being worked on. So what was looked up before such a step is
 // looked up again after it.
+//
+// What is called from one place for each kind of reactor is compiled into that place.
 #pragma once
 
 #include <cstdint>
@@ -34,7 +36,7 @@ template <class Reactor, class Key, class Owner, class Input>
 Vel::Ptr<Reactor> newReactor(Vel::HashMap<Reactor, Key, Owner> & registry,
                              Vel::Ptr<Input const> const & input, Owner * owner) {
     std::uint32_t const modifications = registry.modificationCount();
-    Vel::Ptr<Reactor> const reactor = new Reactor(input, owner);
+    Vel::Ptr<Reactor> reactor = new Reactor(input, owner);
     reactor->hasNotificationActiveIs(true);
     if (registry.modificationCount() != modifications) [[unlikely]] {
         if (Reactor * const present = registry[reactor->collectionKey()]) {
@@ -52,8 +54,9 @@ Vel::Ptr<Reactor> newReactor(Vel::HashMap<Reactor, Key, Owner> & registry,
 // Takes a reference of its own, because `key` may live in the object. REQUIRES: something keeps `owner`
 // alive.
 template <class Reactor, class Key, class Owner, class Input>
-Vel::Ptr<Reactor> reactorIs(Vel::HashMap<Reactor, Key, Owner> & registry, Vel::Ptr<Input const> input,
-                            Key const & key, Owner * owner) {
+[[gnu::always_inline]] inline Vel::Ptr<Reactor> reactorIs(Vel::HashMap<Reactor, Key, Owner> & registry,
+                                                          Vel::Ptr<Input const> input, Key const & key,
+                                                          Owner * owner) {
     Vel::Ptr<Reactor> reactor = registry[key];
     if (!reactor) {
         reactor = newReactor(registry, input, owner);
@@ -61,7 +64,7 @@ Vel::Ptr<Reactor> reactorIs(Vel::HashMap<Reactor, Key, Owner> & registry, Vel::P
         return reactor;
     } else {
         reactor->notifierIs(input);
-        Vel::Ptr<Reactor> const present = registry[key];
+        Vel::Ptr<Reactor> present = registry[key];
         if (present != reactor) {
             retire(*reactor);
             return present;
@@ -73,8 +76,9 @@ Vel::Ptr<Reactor> reactorIs(Vel::HashMap<Reactor, Key, Owner> & registry, Vel::P
 
 // Takes the reactor under `key` out, lets go of it and returns it; null when there is none.
 template <class Reactor, class Key, class Owner>
-Vel::Ptr<Reactor> reactorDel(Vel::HashMap<Reactor, Key, Owner> & registry, Key const & key) {
-    Vel::Ptr<Reactor> const reactor = registry.deleteMember(key);
+[[gnu::always_inline]] inline Vel::Ptr<Reactor> reactorDel(Vel::HashMap<Reactor, Key, Owner> & registry,
+                                                           Key const & key) {
+    Vel::Ptr<Reactor> reactor = registry.deleteMember(key);
     if (reactor) retire(*reactor);
     return reactor;
 }
@@ -96,19 +100,26 @@ void reconcileKey(GoOn const & goOn, Find const & find, Add const & add, Del con
 // Brings a registry into line with its input collection in two passes: `add(member)` for every member of the
 // input, then `del(key)` for every reactor whose key the input lacks, which `isInInput(key)` tells. Both
 // change the collections that are being walked. `goOn()` tells before each step whether to go on: the one
-// before may have let go of the reactor on whose behalf this runs.
-template <class InputRange, class Registry, class GoOn, class Add, class IsInInput, class Del>
+// before may have let go of the reactor on whose behalf this runs. `ahead(walk)` may look at what comes next
+// in the input.
+template <class InputRange, class Registry, class GoOn, class Add, class IsInInput, class Del, class Ahead>
 void reconcile(InputRange const & input, Registry & registry, GoOn const & goOn, Add const & add,
-               IsInInput const & isInInput, Del const & del) {
+               IsInInput const & isInInput, Del const & del, Ahead const & ahead) {
     registry.reserve(input.size());
-    for (auto const & member : input) {
+    for (auto member = input.begin(); member; ++member) {
         if (!goOn()) return;
-        add(member);
+        ahead(member);
+        add(*member);
     }
     for (auto reactor = registry.iterator(); reactor && goOn(); ++reactor) {
         auto const key = (*reactor)->collectionKey();
         if (!isInInput(key)) del(key);
     }
+}
+template <class InputRange, class Registry, class GoOn, class Add, class IsInInput, class Del>
+void reconcile(InputRange const & input, Registry & registry, GoOn const & goOn, Add const & add,
+               IsInInput const & isInInput, Del const & del) {
+    reconcile(input, registry, goOn, add, isInInput, del, [](auto const &) {});
 }
 
 }  // namespace NetworkTopologyAggregator
