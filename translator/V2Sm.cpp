@@ -229,7 +229,8 @@ void V2Sm::populateHost(NetworkTopology::HostV2 const & hostV2, NetworkTopologyV
     for (auto const & logical : hostV2.logicalPort()) hostV3->logicalPortIs(toPortBaseV3(logical.value()));
     // A follower may have deleted what was made above.
     for (auto const & port : hostV2.port()) {
-        if (auto * const portV3 = hostV3->findPort(port->name(), port->nameHash())) {
+        Vel::Ptr<NetworkTopologyV3::Port> const portV3 = hostV3->findPort(port->name(), port->nameHash());
+        if (portV3) {
             portV3->portGroupIs(toPortGroupV3(port->portGroup()));
         }
     }
@@ -240,7 +241,8 @@ void V2Sm::populateHost(NetworkTopology::HostV2 const & hostV2, NetworkTopologyV
         groupV3->mlagIs(toMlagV3(group->mlag()));
     }
     for (auto const & mlag : hostV2.mlag()) {
-        if (auto * const mlagV3 = hostV3->findMlag(mlag->name(), mlag->nameHash())) {
+        Vel::Ptr<NetworkTopologyV3::MlagPort> const mlagV3 = hostV3->findMlag(mlag->name(), mlag->nameHash());
+        if (mlagV3) {
             mlagV3->localPortGroupIs(toPortGroupV3(mlag->localPortGroup()));
         }
     }

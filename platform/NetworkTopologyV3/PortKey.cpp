@@ -110,6 +110,7 @@ Vel::String PortKey::member() const {
 
 bool PortKey::equalData(PortKey const & a, PortKey const & b) noexcept {
     if (!a.data_ || !b.data_) return false;
+    // The hash tells the kind.
     return a.data_->hash == b.data_->hash && a.data_->name == b.data_->name && a.data_->host == b.data_->host;
 }
 

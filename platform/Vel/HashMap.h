@@ -85,6 +85,8 @@ protected:
     explicit HashMapGeneric(unsigned initialSize) noexcept;
     ~HashMapGeneric() { emptyAllBuckets(); }  // Which leaves `single_`, and that null.
 
+    std::uint32_t bucketCount() const noexcept { return std::uint32_t{1} << bucketBits(); }
+
     // Inserts `member` under its key, which has that hash. REQUIRES: no member stands under that key, and
     // `member` stands nowhere.
     void newMemberG(Ptr<HashMapMember> member, std::uint32_t hash, KeyTable const & keys) noexcept;
@@ -164,7 +166,6 @@ private:
     static constexpr unsigned kMostBucketBits = 31;
     static constexpr unsigned kMostInitialBucketBits = 20;
 
-    std::uint32_t bucketCount() const noexcept { return std::uint32_t{1} << bucketBits(); }
     Ptr<HashMapMember> * buckets() noexcept { return bucketBits() == 0 ? &single_ : buckets_; }
     Ptr<HashMapMember> const * buckets() const noexcept { return bucketBits() == 0 ? &single_ : buckets_; }
     void bucketBitsIs(unsigned bits) noexcept;
@@ -174,6 +175,7 @@ private:
     static constexpr std::uint32_t kBits = 31;
     static constexpr std::uint32_t kInitialBits = kBits + 1;
     static constexpr std::uint32_t kModification = kInitialBits * (kBits + 1);
+    static_assert(kMostBucketBits <= kBits && kMostInitialBucketBits <= kBits);
 
     // There is a collection in every edge and every group, most of them with one member or none: hence no
     // word without need.
@@ -221,7 +223,7 @@ public:
         return map_->findNextBucket(bucket_);
     }
     // Calls `visit` on the first member of each of the next buckets after the present one, as far as they
-    // are not empty. Looks at no member.
+    // are not empty. Looks at no member. Of a collection that has grown meanwhile it shows others.
     template <class Visit>
     void ahead(std::uint32_t buckets, Visit const & visit) const noexcept {
         Ptr<HashMapMember> const * const links = map_->buckets();
@@ -402,10 +404,10 @@ public:
 
     explicit HashMap(unsigned initialSize) noexcept : HashMapGeneric(initialSize) {}
 
-    // The member of that key, or null. Never inserts.
-    Member * operator[](Key const & key) const noexcept { return find(HashMapKey<Key>::hash(key), key); }
     // Null when there is none in the first bucket, which is the only one of a small collection.
     Member * firstInFirstBucket() const noexcept { return static_cast<Member *>(startAtHash(0)); }
+    // The member of that key, or null. Never inserts.
+    Member * operator[](Key const & key) const noexcept { return find(HashMapKey<Key>::hash(key), key); }
     // The same for a key whose hash is known.
     Member * find(std::uint32_t hash, Key const & key) const noexcept {
         for (HashMapMember * m = startAtHash(hash); m; m = nextInBucket(*m)) {
@@ -452,7 +454,7 @@ public:
     template <class Ahead>
     void emptyAllBuckets(Ahead const & ahead) noexcept {
         constexpr std::uint32_t kBatch = 16;
-        for (std::uint32_t bucket = 0; size() != 0 && bucket < (std::uint32_t{1} << bucketBits()); ++bucket) {
+        for (std::uint32_t bucket = 0; size() != 0 && bucket < this->bucketCount(); ++bucket) {
             if (bucket % kBatch == 0) {
                 for (std::uint32_t next = bucket + kBatch; next < bucket + 2 * kBatch; ++next) {
                     __builtin_prefetch(firstInBucket(next));

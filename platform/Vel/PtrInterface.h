@@ -102,8 +102,8 @@ protected:
         if (!isBeingDestroyed()) flagIs(kHeld, true);
     }
     void notificationActiveFlagIs(bool active) const noexcept { flagIs(kNotificationActive, active); }
-    // To test several things at once.
-    // An ordinary load on most processors, so both pointer modes read alike.
+    // The reference word, to test several things at once. An ordinary load on most processors, so both
+    // pointer modes read alike.
     std::uint32_t word() const noexcept {
         return std::atomic_ref<std::uint32_t>(word_).load(std::memory_order_acquire);
     }
@@ -111,7 +111,7 @@ protected:
 private:
     void flagIs(std::uint32_t flag, bool on) const noexcept;
     [[gnu::always_inline]] void referenceDelPlain() const noexcept;
-    // Cold, so that they stand aside wherever the two above are compiled in.
+    // Cold, so that they stand aside wherever counting is compiled in.
     [[gnu::cold]] void referenceNewAtomic() const noexcept;
     [[gnu::cold]] void referenceDelAtomic() const noexcept;
 

@@ -4,11 +4,14 @@
 #include <array>
 #include <bit>
 #include <cassert>
+#include <cerrno>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <mutex>
 #include <new>
+#include <string_view>
 #include <utility>
 
 #include "platform/Vel/PtrInterface.h"
@@ -35,21 +38,38 @@ constexpr std::uint32_t kAllSlabs = (std::uint32_t{1} << kSlabsPerChunk) - 1;
 constexpr unsigned kCellsPerWord = 64;
 constexpr std::size_t kWords = kSlabBytes / SlabPool::kSmallestCell / kCellsPerWord + 1;
 
+#ifdef __linux__
+// Whether the system has huge pages and lets those have them who ask: whoever runs it may have chosen
+// "never", which MADV_COLLAPSE does not look at.
+bool systemGivesHugePages() noexcept {
+    std::array<char, 64> choice{};
+    if (std::FILE * const file = std::fopen("/sys/kernel/mm/transparent_hugepage/enabled", "re")) {
+        if (!std::fgets(choice.data(), static_cast<int>(choice.size()), file)) choice[0] = '\0';
+        std::fclose(file);
+    }
+    std::string_view const text(choice.data());
+    return !text.empty() && text.find("[never]") == text.npos;
+}
+#endif
+
 // Memory that wants to be huge pages, aligned for them; null where there is none. Given back with std::free.
 void * hugePages(std::size_t bytes) noexcept {
+    int const before = errno;
     void * const storage = std::aligned_alloc(kHugePage, bytes);
 #ifdef __linux__
-    if (storage) {
+    static bool const wanted = systemGivesHugePages();
+    if (storage && wanted) {
         constexpr int kHuge = 14;      // MADV_HUGEPAGE
         constexpr int kCollapse = 25;  // MADV_COLLAPSE
         // The first is for pages to come. The system's allocator may have written its own words in the last
-        // one already, or used it before, and then it is there in small ones. A system without huge pages
+        // one already, or used it before, and then it is there in small ones. A system that cannot do either
         // refuses, which does no harm.
         std::size_t const last = (bytes - 1) / kHugePage * kHugePage;
         madvise(storage, bytes, kHuge);
         madvise(static_cast<std::byte *>(storage) + last, kHugePage, kCollapse);
     }
 #endif
+    if (storage) errno = before;
     return storage;
 }
 

@@ -9,6 +9,7 @@
 
 #include <gmock/gmock.h>
 
+#include "platform/Vel/Trace.h"
 #include "tests/support/Allocations.h"
 #include "tests/translator/support/Disturbances.h"
 #include "tests/translator/support/Dump.h"
@@ -548,6 +549,30 @@ TEST(NestedChanges, ThatRemoveTheHostBeingMirroredLeaveNeither) {
     EXPECT_EQ(scene.models.v3->host("a"), nullptr);
     scene.models.v2->hostIs("b");
     EXPECT_EQ(scene.sm->host("b")->notifier(), scene.models.v2->host("b").get());
+}
+
+// Who listens to the traces may change the models, too.
+TEST(V2SmDisturbed, ByASinkThatTakesAwayWhatIsBeingLinked) {
+    auto const v2 = StatusV2::StatusV2Is();
+    auto const v3 = Status::StatusIs();
+    auto const host = v2->hostIs("h");
+    auto const group = host->portGroupIs("g");
+    host->portIs("p")->portGroupIs(group);
+    host->mlagIs("m", "")->localPortGroupIs(group);
+    int taken = 0;
+    Vel::traceLevelIs("NetworkTopologyAggregator", 5, true);
+    Vel::traceSinkIs([&](Vel::TraceRecord const & record) {
+        if (record.function != "toPortGroupV3") return;
+        taken += v3->host("h")->portDel("p") ? 1 : 0;
+        taken += v3->host("h")->mlagDel("m") ? 1 : 0;
+    });
+    auto const sm = v2SmFactory("sm", v2, v3);
+    Vel::traceSinkIs({});
+    Vel::traceLevelIs("NetworkTopologyAggregator", 5, false);
+    EXPECT_EQ(taken, 2);
+    // Their reactors make them again.
+    EXPECT_NE(v3->host("h")->port("p"), nullptr);
+    EXPECT_NE(v3->host("h")->mlag("m"), nullptr);
 }
 
 }  // namespace

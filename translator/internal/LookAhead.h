@@ -1,4 +1,4 @@
-// Fetches into the processor's caches what the next edges of a walk will need. For the translator's own
+// Fetches into the processor's caches what the next steps of a walk will need. For the translator's own
 // sources only.
 //
 // A walk meets edges in the order of their hashes, so that each of them, its ports, their hosts and the
@@ -6,8 +6,10 @@
 // is; one after the other they cost more than everything that is done with them. Edges have nothing to do
 // with one another: looked up for a batch of edges at a time, the same things arrive side by side.
 //
-// Nothing is written, traced or kept: whatever happens to the models between two steps, the walk itself looks
-// everything up again.
+// So do the ports of a host, which need little more than themselves.
+//
+// No model is changed, nothing is traced or kept: whatever happens to the models between two steps, the walk
+// itself looks everything up again.
 #pragma once
 
 #include <array>
@@ -25,7 +27,7 @@ namespace NetworkTopologyAggregator {
 inline constexpr std::size_t kAtOnce = 24;
 inline constexpr std::uint32_t kFewestEdges = 8192;
 
-// At most so many things, of which more are dropped: nothing depends on them.
+// Things that begin to be fetched when they are added. What is too many is dropped: nothing depends on it.
 template <class T, std::size_t kMost>
 class Batch {
 public:
