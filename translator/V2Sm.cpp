@@ -75,7 +75,7 @@ void V2Sm::velDoZombieReactors(bool zombie) {
     if (auto const reactor = velV2_) reactor->velDoZombieReactors(zombie);
     if (auto const reactor = velV3_) reactor->velDoZombieReactors(zombie);
     for (auto reactor = host_.iterator(); reactor; ++reactor) (*reactor)->velDoZombieReactors(zombie);
-    RetirementsAhead<VelEdge> ahead(edge_.size());
+    RetirementsAhead ahead(edge_.size());
     for (auto reactor = edge_.iterator(); reactor; ++reactor) {
         ahead.fetch(reactor, output());
         (*reactor)->velDoZombieReactors(zombie);

@@ -33,7 +33,7 @@ FAULTS = [
         "translator/V2Sm.cpp",
         """\
     for (auto reactor = host_.iterator(); reactor; ++reactor) (*reactor)->velDoZombieReactors(zombie);
-    RetirementsAhead<VelEdge> ahead(edge_.size());
+    RetirementsAhead ahead(edge_.size());
     for (auto reactor = edge_.iterator(); reactor; ++reactor) {
         ahead.fetch(reactor, output());
         (*reactor)->velDoZombieReactors(zombie);

@@ -20,6 +20,7 @@
 #include "platform/NetworkTopology/HostV2.h"
 #include "platform/NetworkTopologyV3/Host.h"
 #include "platform/NetworkTopologyV3/Status.h"
+#include "translator/V2Sm.h"
 
 namespace NetworkTopologyAggregator {
 
@@ -100,9 +101,7 @@ public:
         std::array<NetworkTopology::HostV2 const *, kMost> hosts;
         std::array<NetworkTopologyV3::Host const *, kMost> hostsV3;
         auto host = hosts.begin();
-        for (auto const * const port : ports_) {
-            *host++ = port->host();
-        }
+        for (auto const * const port : ports_) *host++ = port->host();
         auto hostV3 = hostsV3.begin();
         for (std::size_t i = 0; i < ports_.size(); ++i) {
             *hostV3++ = hosts[i] ? output.findHost(hosts[i]->name(), hosts[i]->nameHash()) : nullptr;
@@ -168,9 +167,7 @@ private:
     MembersAhead<NetworkTopology::DirectedEdgeV2 const> edges_;
 };
 
-// What the retirement of the next edges' reactors will need. `Reactor` is V2Sm::VelEdge, which is not
-// complete in every source that includes this.
-template <class Reactor>
+// What the retirement of the next edges' reactors will need.
 class RetirementsAhead {
 public:
     explicit RetirementsAhead(std::uint32_t reactors) noexcept : reactors_(reactors >= kFewestEdges) {}
@@ -188,7 +185,7 @@ public:
     }
 
 private:
-    MembersAhead<Reactor> reactors_;
+    MembersAhead<V2Sm::VelEdge> reactors_;
 };
 
 }  // namespace NetworkTopologyAggregator
