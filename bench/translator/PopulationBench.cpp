@@ -31,7 +31,7 @@ constexpr int kGroups = 8;
 // Each port is in one of the host's groups and has an edge to the same port of the next host; each group is a
 // logical port, and the first one carries an MLAG.
 StatusV2::Ptr fabric(int hosts) {
-    auto const v2 = StatusV2::StatusV2Is();
+    auto v2 = StatusV2::StatusV2Is();
     HostV2::Ptr last;
     for (int h = 0; h < hosts; ++h) {
         auto const host = v2->hostIs("host-" + std::to_string(h));

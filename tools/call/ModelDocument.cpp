@@ -28,7 +28,7 @@ DocumentPlaces::DocumentPlaces(ModelDocument const & document) : targets_(docume
 }
 
 std::optional<std::string> DocumentPlaces::path(GenericIf const & object) const {
-    if (auto const path = targets_.path(object)) return path;
+    if (auto path = targets_.path(object)) return path;
     auto const found = others_.find(identityOf(object));
     return found == others_.end() ? std::nullopt : std::optional(found->second);
 }

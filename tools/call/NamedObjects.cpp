@@ -93,13 +93,13 @@ GenericIf NamedObjects::byDefault(std::string_view where, VelArg const & arg,
     for (std::string const & place : places) {
         for (std::string const & pointer : placesAbove(place)) {
             isTold = true;
-            GenericIf const object = document.object(pointer);
+            GenericIf object = document.object(pointer);
             if (!object.isNull() && object.type()->isA(*arg.type)) return object;
         }
     }
     for (MemberShape const & member : document.shape().root().members) {
         if (isTold || member.kind != MemberShape::Kind::reference || !member.type().isA(*arg.type)) continue;
-        GenericIf const object = document.root().attr(member.name());
+        GenericIf object = document.root().attr(member.name());
         if (!object.isNull()) return object;
     }
     Vel::GenericIfImpl::throwArgument(

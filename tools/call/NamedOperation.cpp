@@ -12,7 +12,7 @@ using Vel::VelAttr;
 // What an operation takes.
 std::vector<VelArg> table(Vel::AttributeOperation operation, VelAttr const & attr) {
     VelArg const value{attr.name().data(), attr.type()};
-    std::vector<VelArg> const listed(attr.args().begin(), attr.args().end());
+    std::vector<VelArg> listed(attr.args().begin(), attr.args().end());
     switch (operation) {
     case Vel::kRead: return {};
     case Vel::kSet: return {value};

@@ -37,7 +37,7 @@ ExpectedPtr ExpectedOutput::portBaseOf(PortBaseV2 const * portBase) const {
 
 ExpectedPtr ExpectedOutput::make(ExpectedPtr const & parent, std::string_view collection,
                                  std::string const & key) {
-    ExpectedPtr const object = std::make_shared<ExpectedObject>(parent, collection, key, line_);
+    ExpectedPtr object = std::make_shared<ExpectedObject>(parent, collection, key, line_);
     parent->members[collection][key] = object;
     parent->missing[collection].erase(key);
     return object;
@@ -45,8 +45,8 @@ ExpectedPtr ExpectedOutput::make(ExpectedPtr const & parent, std::string_view co
 
 ExpectedPtr ExpectedOutput::hostIs(std::string const & name) {
     if (!isBound_) return nullptr;
-    if (ExpectedPtr const present = root_->member("host", name)) return present;
-    ExpectedPtr const host = make(root_, "host", name);
+    if (ExpectedPtr present = root_->member("host", name)) return present;
+    ExpectedPtr host = make(root_, "host", name);
     setValue(*host, "hostname", "", Rule::hostAttributeUnwritten);
     setValue(*host, "mlagDomainId", "", Rule::hostAttributeUnwritten);
     setValue(*host, "mlagSystemId", shownText(Keln::EthAddr()), Rule::hostAttributeUnwritten);
@@ -62,8 +62,8 @@ ExpectedPtr ExpectedOutput::memberIs(std::string const & hostName, PortBaseV2 co
     if (!host) return nullptr;
     std::string_view const collection = collectionOf(member);
     std::string const name = textOf(member.name());
-    if (ExpectedPtr const present = host->member(collection, name)) return present;
-    ExpectedPtr const object = make(host, collection, name);
+    if (ExpectedPtr present = host->member(collection, name)) return present;
+    ExpectedPtr object = make(host, collection, name);
     setValue(*object, "type", shownText(NetworkTopologyV3::PortType::unknown), Rule::typeUnwritten);
     if (collection == "port") {
         object->attributes["portGroup"].last = now(Rule::linkUnwritten);

@@ -51,7 +51,7 @@ GenericIf readDocument(JsonValue const & document, std::string const & fileName,
     if (!type) throw Vel::RangeException("unknown type \"" + std::string(rootType) + '"');
     DocumentShape const shape(*type);
     check(document, fileName, shape);
-    GenericIf const root = Vel::construct(*type, {});
+    GenericIf root = Vel::construct(*type, {});
     apply(document, root, shape);
     return root;
 }

@@ -58,7 +58,7 @@ GenericIf ValueApplier::makeApart(MemberShape const & collection, GenericIf cons
         bool const isKey = argument.name == collection.attr->keyName();
         arguments.push_back(isKey ? key : valueFor(*shape.member(argument.name), json));
     }
-    GenericIf const object = Vel::construct(*shape.type, arguments);
+    GenericIf object = Vel::construct(*shape.type, arguments);
     fill(object, shape, json);
     return object;
 }

@@ -118,7 +118,7 @@ constexpr struct {
 Vel::Ptr<AnyReactor> followVersion3(Vel::GenericIf const & object, ObjectFollower & follower) {
     for (auto const & known : classes) {
         if (object.type() != known.type) continue;
-        Vel::Ptr<AnyReactor> const reactor = known.newReactor(follower);
+        Vel::Ptr<AnyReactor> reactor = known.newReactor(follower);
         reactor->notifierIs(object.as<Vel::Ptr<Vel::PtrInterface const>>());
         reactor->isRegisteredNotifieeIs(true);
         reactor->hasNotificationActiveIs(true);

@@ -144,7 +144,7 @@ void DotHost::place(std::vector<Cell> const & cells, Side side) {
 }
 
 std::string DotHost::end(Cell cell, Side side) const {
-    std::string const name = id_ + ':' + cellId(cell);
+    std::string name = id_ + ':' + cellId(cell);
     if (sides_.at(cell) != side) return name;
     return name + (side == Side::top ? ":n" : ":s");
 }
