@@ -164,21 +164,24 @@ private:
     // A remedy that has no effect before the version-3 model holds what stands at `target`, a path or null.
     Remedy waiting(json const & target, Remedy remedy) const {
         auto const missing = target.is_null() ? std::nullopt : following_.missing(target.get<std::string>());
-        return missing ? after(*missing, std::move(remedy)) : remedy;
+        if (missing) return after(*missing, remedy);
+        return remedy;
     }
-    static Remedy after(std::string const & path, Remedy remedy) {
+    static Remedy after(std::string const & path, Remedy const & remedy) {
         return {"Once " + path + " is followed: " + remedy.sentence, {}};
     }
 
     // Where nothing follows the owner of a place, that is to be set right first.
     Remedy inOwner(ExpectedObject const & owner, Remedy remedy) const {
         auto const stray = following_.stray(owner.path());
-        return stray ? remedies_.object(*stray) : remedy;
+        if (stray) return remedies_.object(*stray);
+        return remedy;
     }
     // The same for an edge, which depends on its port.
     Remedy ofEdge(std::string const & key, Remedy remedy) const {
         auto const stray = following_.stray(key);
-        return stray ? after(stray->path, std::move(remedy)) : remedy;
+        if (stray) return after(stray->path, remedy);
+        return remedy;
     }
 
     void add(Difference difference) {

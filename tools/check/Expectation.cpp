@@ -35,7 +35,7 @@ private:
     Expectation & expectation_;
 };
 
-Expectation::Expectation(StatusV2::PtrConst input)
+Expectation::Expectation(StatusV2::PtrConst const & input)
     : status_(new StatusFollower(*this)), hosts_(output_, "host") {
     status_->follow(input);
     writeLocalhost();

@@ -25,7 +25,7 @@ namespace TopologyTools {
 class Expectation {
 public:
     // As a translator that is made now, with an output that is empty.
-    explicit Expectation(NetworkTopology::StatusV2::PtrConst input);
+    explicit Expectation(NetworkTopology::StatusV2::PtrConst const & input);
     ~Expectation();
     Expectation(Expectation const &) = delete;
     Expectation & operator=(Expectation const &) = delete;
