@@ -1,3 +1,4 @@
+#include <cassert>
 #include <memory>
 #include <optional>
 #include <sstream>
@@ -145,7 +146,11 @@ int call(CallOptions const & options) {
     LoadedTopology const topology = read(options.topology);
     NamedObjects const objects(
         &type == &NamedObjects::translatorType() ? words : ConstructorWords(),
-        [&](GenericIf const & input) { topology.fill(*input.as<NetworkTopology::StatusV2::Ptr>()); },
+        [&](GenericIf const & input) {
+            auto const status = input.as<NetworkTopology::StatusV2::Ptr>();
+            assert(status);
+            topology.fill(*status);
+        },
         attachesBefore(options.topology));
     GenericIf const object = objectOf(type, objects, words, operation);
     std::optional<Effect> effect;
