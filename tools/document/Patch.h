@@ -43,7 +43,7 @@ public:
     // Applies one operation. Throws InputError, with the path of the fault, for an operation that is not
     // valid, does not fit the model, or is a test that fails; the model is then as it was. An exception out
     // of a reactor of the model passes, and the operation ends there.
-    void apply(JsonValue const & operation, std::string const & fileName);
+    void apply(JsonValue const & json, std::string const & fileName);
 
     // The same for a line of a stream, without its LF; false for a blank line. A CR at its end is ignored.
     bool applyLine(std::string_view line, std::string const & fileName, std::size_t lineNumber);
