@@ -173,6 +173,7 @@ private:
 
     void list(std::string_view heading, std::vector<Reference> const & references, bool withKind) {
         std::vector<std::string> items;
+        items.reserve(references.size());
         for (Reference const & reference : references) {
             items.push_back(printedReference(reference, host_.name, withKind));
         }
