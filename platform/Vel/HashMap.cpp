@@ -13,7 +13,7 @@ namespace Vel {
 
 namespace {
 
-using Link = Ptr<HashMapMember>;
+using Link = HashMapMember *;
 
 // Small arrays lie with the objects; large ones are huge pages.
 
@@ -29,7 +29,6 @@ Link * newLinks(unsigned bits) noexcept {
     }
 }
 
-// REQUIRES: all are null.
 void linksDel(Link * links, unsigned bits) noexcept {
     SlabPool::cellDel(links, (std::size_t{1} << bits) * sizeof(Link));
 }
@@ -41,38 +40,15 @@ HashMapGeneric::HashMapGeneric(unsigned initialSize) noexcept
       state_(kInitialBits * std::min<unsigned>(std::bit_width(initialSize ? initialSize - 1 : 0u),
                                                kMostInitialBucketBits)) {}
 
-void HashMapGeneric::newMemberG(Link member, std::uint32_t hash, KeyTable const & keys) noexcept {
-    member->bucketHash_ = hash;
-    if (size_ >= bucketCount()) [[unlikely]]
-        bucketBitsIs(std::max(bucketBits() + 1, initialBucketBits()));
-    Link * link = linkAtHash(hash);
-    if (*link) {
-        void const * const key = keys.key(*member);
-        while (*link && keys.keyLessThan(**link, key)) link = nextLink(*link);
-        member->bucketNext_ = std::move(*link);
-    }
-    *link = std::move(member);
-    ++size_;
-    state_ += kModification;
-}
-
-void HashMapGeneric::emptyAllBuckets() noexcept {
-    // A member's destructor may come back to this collection, so nothing is assumed between two members.
+void HashMapGeneric::emptyArray() noexcept {
     while (size_ != 0) {
-        Link const * links = buckets();
-        std::uint32_t count = bucketCount();
-        for (std::uint32_t bucket = 0; bucket < count; ++bucket) {
-            if (!links[bucket]) continue;
-            emptyBucket(bucket);
-            links = buckets();
-            count = bucketCount();
-        }
+        for (std::uint32_t bucket = 0; bucket < bucketCount(); ++bucket) emptyBucket(bucket);
     }
     unsigned const bits = bucketBits();
     if (bits == 0) return;
     linksDel(buckets_, bits);
     state_ -= bits;
-    std::construct_at(&single_);
+    single_ = nullptr;
 }
 
 void HashMapGeneric::reserve(std::uint32_t members) noexcept {
@@ -87,24 +63,20 @@ void HashMapGeneric::bucketBitsIs(unsigned bits) noexcept {
     if (!grown) return;
     // Buckets are split from the last member to the first by pushing at the front of a reversed chain, which
     // keeps the order of keys without remembering where each new bucket ends.
+    unsigned const before = bucketBits();
     Link * const links = buckets();
-    for (std::uint32_t bucket = 0; bucket < bucketCount(); ++bucket) {
-        Link reversed;
-        while (links[bucket]) {
-            Link member = std::move(links[bucket]);
-            links[bucket] = std::move(member->bucketNext_);
-            member->bucketNext_ = std::move(reversed);
-            reversed = std::move(member);
+    for (Link * bucket = links; bucket != links + (std::size_t{1} << before); ++bucket) {
+        HashMapMember * reversed = nullptr;
+        for (HashMapMember * member = *bucket; member;) {
+            HashMapMember * const next = std::exchange(member->bucketNext_, reversed);
+            reversed = std::exchange(member, next);
         }
         while (reversed) {
-            Link member = std::move(reversed);
-            reversed = std::move(member->bucketNext_);
-            Link & target = grown[bucketOf(member->bucketHash_, bits)];
-            member->bucketNext_ = std::move(target);
-            target = std::move(member);
+            Link & target = grown[bucketOf(reversed->bucketHash_, bits)];
+            HashMapMember * const next = std::exchange(reversed->bucketNext_, target);
+            target = std::exchange(reversed, next);
         }
     }
-    unsigned const before = bucketBits();
     if (before != 0) linksDel(links, before);
     buckets_ = grown;
     state_ += bits - before;
@@ -121,10 +93,10 @@ HashMapMember * HashMapGeneric::findNextG(HashMapMember const * member, unsigned
     for (std::uint32_t b = first; b < std::uint32_t{1} << bucketBits; ++b) {
         HashMapMember * smallest = nullptr;
         for (std::uint32_t part = b * split; part < (b + 1) * split; ++part) {
-            HashMapMember * candidate = buckets()[part].get();
+            HashMapMember * candidate = buckets()[part];
             if (member && b == first) {
                 while (candidate && (keys.keyLessThan(*candidate, key) || keys.keyEquals(*candidate, key))) {
-                    candidate = candidate->bucketNext_.get();
+                    candidate = candidate->bucketNext_;
                 }
             }
             if (candidate && (!smallest || keys.keyLessThan(*candidate, keys.key(*smallest)))) {
@@ -141,10 +113,11 @@ HashMapMember * HashMapGeneric::findNextG(HashMapMember const * member, unsigned
 
 HashMapMember * HashMapGeneric::findNextBucket(std::uint32_t & bucket) const noexcept {
     Link const * const links = buckets();
-    while (++bucket < bucketCount()) {
-        if (links[bucket]) return links[bucket].get();
-    }
-    return nullptr;
+    std::uint32_t const count = bucketCount();
+    std::uint32_t next = bucket + 1;
+    while (next < count && !links[next]) ++next;
+    bucket = next;
+    return next < count ? links[next] : nullptr;
 }
 
 HashMapMember * HashMapCursor::afterChange(HashMapMember const & current) noexcept {

@@ -27,6 +27,7 @@
 #include <cstdint>
 #include <iterator>
 #include <type_traits>
+#include <utility>
 
 #include "platform/Vel/Export.h"
 #include "platform/Vel/Name.h"
@@ -49,7 +50,8 @@ private:
     friend class HashMapCursor;
     friend class HashMapGeneric;
     std::uint32_t bucketHash_ = 0;
-    Ptr<HashMapMember> bucketNext_;
+    // A counted reference, which the collection takes and gives back: a member that stands in none has none.
+    HashMapMember * bucketNext_ = nullptr;
 };
 
 class VEL_EXPORT HashMapGeneric {
@@ -83,70 +85,72 @@ protected:
     // `initialSize` is the number of members that the first bucket array has room for; a hint, which buys no
     // more than a million buckets.
     explicit HashMapGeneric(unsigned initialSize) noexcept;
-    ~HashMapGeneric() { emptyAllBuckets(); }  // Which leaves `single_`, and that null.
+    ~HashMapGeneric() { emptyAllBuckets(); }
 
     std::uint32_t bucketCount() const noexcept { return std::uint32_t{1} << bucketBits(); }
 
-    // Inserts `member` under its key, which has that hash. REQUIRES: no member stands under that key, and
-    // `member` stands nowhere.
-    void newMemberG(Ptr<HashMapMember> member, std::uint32_t hash, KeyTable const & keys) noexcept;
-    // The same if the member's bucket is there and empty; else nothing is done, and it returns false.
-    bool newMemberAlone(Ptr<HashMapMember> & member, std::uint32_t hash) noexcept {
-        Ptr<HashMapMember> & link = *linkAtHash(hash);
-        if (link || size_ >= bucketCount()) return false;
-        member->bucketHash_ = hash;
-        link = std::move(member);
-        ++size_;
-        state_ += kModification;
-        return true;
-    }
+    // A counted reference to a member, or null: that of a bucket to its first one, or of a member to the
+    // next.
+    using Link = HashMapMember *;
+
     // The links of the bucket in which members of that hash stand, one after the other; the last one is null.
-    Ptr<HashMapMember> * linkAtHash(std::uint32_t hash) noexcept {
+    Link * linkAtHash(std::uint32_t hash) noexcept {
         unsigned const bits = bucketBits();
         return bits == 0 ? &single_ : &buckets_[bucketOf(hash, bits)];
     }
-    static Ptr<HashMapMember> * nextLink(Ptr<HashMapMember> const & link) noexcept {
-        return &link->bucketNext_;
+    static Link * nextLink(Link link) noexcept { return &link->bucketNext_; }
+    // Whether one more member finds as many buckets as members.
+    bool hasRoom() const noexcept { return size_ < bucketCount(); }
+    // Makes room for one more; a hint.
+    [[gnu::cold]] void grow() noexcept { bucketBitsIs(std::max(bucketBits() + 1, initialBucketBits())); }
+    // Inserts `member` under a key of that hash, where `link` points. REQUIRES: no member stands under that
+    // key, `member` stands nowhere, and the key's place is there.
+    void newMemberG(Link & link, Ptr<HashMapMember> member, std::uint32_t hash) noexcept {
+        member->bucketHash_ = hash;
+        member->bucketNext_ = link;
+        link = member.release();
+        ++size_;
+        state_ += kModification;
     }
     // Takes the member out to which `link` points.
-    Ptr<HashMapMember> deleteMember(Ptr<HashMapMember> & link) noexcept {
+    Ptr<HashMapMember> deleteMember(Link & link) noexcept {
         // The link moves past the member, which must not keep its old successors alive.
-        Ptr<HashMapMember> member = std::move(link);
-        link = std::move(member->bucketNext_);
+        HashMapMember * const member = link;
+        link = std::exchange(member->bucketNext_, nullptr);
         --size_;
         state_ += kModification;
-        return member;
+        return Ptr<HashMapMember>::adopted(member);
     }
+    // The only bucket's, while there is but one and that is not empty; else null.
+    Link * onlyLink() noexcept { return bucketBits() == 0 && single_ ? &single_ : nullptr; }
     // Takes every member out, one by one, so that no chain is released recursively; frees the buckets.
-    void emptyAllBuckets() noexcept;
+    void emptyAllBuckets() noexcept {
+        // A member's destructor may come back to this collection, so nothing is assumed between two members.
+        while (Link * const link = onlyLink()) deleteMember(*link);
+        if (bucketBits() != 0) emptyArray();
+    }
     // The same for one bucket, which may be none of the present array.
     void emptyBucket(std::uint32_t bucket) noexcept {
-        while (bucket < bucketCount()) {
-            Ptr<HashMapMember> & link = buckets()[bucket];
-            if (!link) break;
-            deleteMember(link);
-        }
+        while (firstInBucket(bucket)) deleteMember(buckets()[bucket]);
     }
     // Calls `visit` on every member, in order.
     template <class Visit>
     void forEach(Visit const & visit) const {
-        Ptr<HashMapMember> const * const links = buckets();
+        Link const * const links = buckets();
         for (std::uint32_t bucket = 0, count = bucketCount(); bucket < count; ++bucket) {
-            for (HashMapMember * m = links[bucket].get(); m; m = nextInBucket(*m)) visit(*m);
+            for (HashMapMember * m = links[bucket]; m; m = nextInBucket(*m)) visit(*m);
         }
     }
     // Null when the bucket is empty, or none of the present array.
     HashMapMember * firstInBucket(std::uint32_t bucket) const noexcept {
-        return bucket < bucketCount() ? buckets()[bucket].get() : nullptr;
+        return bucket < bucketCount() ? buckets()[bucket] : nullptr;
     }
     // The first member of the bucket in which members of that hash stand; null when it is empty.
     HashMapMember * startAtHash(std::uint32_t hash) const noexcept {
         unsigned const bits = bucketBits();
-        return bits == 0 ? single_.get() : buckets_[bucketOf(hash, bits)].get();
+        return bits == 0 ? single_ : buckets_[bucketOf(hash, bits)];
     }
-    static HashMapMember * nextInBucket(HashMapMember const & member) noexcept {
-        return member.bucketNext_.get();
-    }
+    static HashMapMember * nextInBucket(HashMapMember const & member) noexcept { return member.bucketNext_; }
     void fetch(std::uint32_t hash) const noexcept {
         unsigned const bits = bucketBits();
         if (bits != 0) __builtin_prefetch(&buckets_[bucketOf(hash, bits)]);
@@ -166,9 +170,10 @@ private:
     static constexpr unsigned kMostBucketBits = 31;
     static constexpr unsigned kMostInitialBucketBits = 20;
 
-    Ptr<HashMapMember> * buckets() noexcept { return bucketBits() == 0 ? &single_ : buckets_; }
-    Ptr<HashMapMember> const * buckets() const noexcept { return bucketBits() == 0 ? &single_ : buckets_; }
+    Link * buckets() noexcept { return bucketBits() == 0 ? &single_ : buckets_; }
+    Link const * buckets() const noexcept { return bucketBits() == 0 ? &single_ : buckets_; }
     void bucketBitsIs(unsigned bits) noexcept;
+    void emptyArray() noexcept;
     // Of the first array.
     unsigned initialBucketBits() const noexcept { return state_ / kInitialBits & kBits; }
 
@@ -180,8 +185,8 @@ private:
     // There is a collection in every edge and every group, most of them with one member or none: hence no
     // word without need.
     union {
-        Ptr<HashMapMember> single_;  // The only bucket, without bits.
-        Ptr<HashMapMember> * buckets_;
+        Link single_;  // The only bucket, without bits.
+        Link * buckets_;
     };
     std::uint32_t size_ = 0;
     // From the lowest bit on: five for the bits of a bucket's number, five for those of the first array, and
@@ -201,7 +206,7 @@ public:
 
     // Null when there is none.
     HashMapMember * first() noexcept {
-        HashMapMember * const first = map_->buckets()[0].get();
+        HashMapMember * const first = map_->buckets()[0];
         return first || map_->size_ == 0 ? first : map_->findNextBucket(bucket_);
     }
     // Where `member` stands; null is the end.
@@ -212,10 +217,10 @@ public:
     HashMapMember * after(HashMapMember const & current) noexcept {
         if (map_->state_ != state_) [[unlikely]]
             return afterChange(current);
-        if (HashMapMember * const next = current.bucketNext_.get()) return next;
+        if (HashMapMember * const next = current.bucketNext_) return next;
         // Mostly the next bucket has a member.
         if (bucket_ + 1 < map_->bucketCount()) {
-            if (HashMapMember * const next = map_->buckets_[bucket_ + 1].get()) {
+            if (HashMapMember * const next = map_->buckets_[bucket_ + 1]) {
                 ++bucket_;
                 return next;
             }
@@ -226,16 +231,14 @@ public:
     // are not empty. Looks at no member. Of a collection that has grown meanwhile it shows others.
     template <class Visit>
     void ahead(std::uint32_t buckets, Visit const & visit) const noexcept {
-        Ptr<HashMapMember> const * const links = map_->buckets();
+        HashMapGeneric::Link const * const links = map_->buckets();
         std::uint32_t const end = std::min(map_->bucketCount() - 1, bucket_ + buckets);
         for (std::uint32_t bucket = bucket_; bucket < end;) {
-            if (HashMapMember * const member = links[++bucket].get()) visit(*member);
+            if (HashMapMember * const member = links[++bucket]) visit(*member);
         }
     }
 
-    static HashMapMember * nextInBucket(HashMapMember const & member) noexcept {
-        return member.bucketNext_.get();
-    }
+    static HashMapMember * nextInBucket(HashMapMember const & member) noexcept { return member.bucketNext_; }
 
 private:
     HashMapMember * afterChange(HashMapMember const & current) noexcept;
@@ -434,21 +437,29 @@ public:
         newMember(hash, std::move(member));
     }
     void newMember(std::uint32_t hash, Ptr<Member> member) noexcept {
-        Ptr<HashMapMember> inserted(std::move(member));
-        if (!newMemberAlone(inserted, hash)) newMemberG(std::move(inserted), hash, kKeys);
+        if (!hasRoom()) [[unlikely]]
+            grow();
+        Link * link = linkAtHash(hash);
+        if (*link) link = placeOf(link, member->collectionKey());
+        newMemberG(*link, std::move(member), hash);
     }
     // Takes the member of that key out and returns it; null when there is none.
     Ptr<Member> deleteMember(Key const & key) noexcept {
-        std::uint32_t const hash = HashMapKey<Key>::hash(key);
-        for (Ptr<HashMapMember> * link = linkAtHash(hash); *link; link = nextLink(*link)) {
+        return deleteMember(HashMapKey<Key>::hash(key), key);
+    }
+    Ptr<Member> deleteMember(std::uint32_t hash, Key const & key) noexcept {
+        for (Link * link = linkAtHash(hash); *link; link = nextLink(*link)) {
             if (bucketHash(**link) == hash && HashMapKey<Key>::equals(keyOf(**link), key)) {
-                return Ptr<Member>::adopted(
-                    static_cast<Member *>(HashMapGeneric::deleteMember(*link).release()));
+                return takenOut(*link);
             }
         }
         return nullptr;
     }
-    using HashMapGeneric::emptyAllBuckets;
+    // Most have one member or none, whose class is known here.
+    void emptyAllBuckets() noexcept {
+        while (Link * const link = onlyLink()) takenOut(*link);
+        HashMapGeneric::emptyAllBuckets();
+    }
     // The same for large collections whose members refer to things that lie anywhere: `ahead(member)` fetches
     // what the destructors of some of those that come next will need.
     template <class Ahead>
@@ -489,6 +500,15 @@ public:
 private:
     static Key const & keyOf(HashMapMember const & member) noexcept {
         return static_cast<Member const &>(member).collectionKey();
+    }
+    // What `link` points to.
+    Ptr<Member> takenOut(Link & link) noexcept {
+        return Ptr<Member>::adopted(static_cast<Member *>(HashMapGeneric::deleteMember(link).release()));
+    }
+    // Where that key, which no member has, belongs among the members behind `link`.
+    [[gnu::noinline]] static Link * placeOf(Link * link, Key const & key) noexcept {
+        while (*link && HashMapKey<Key>::lessThan(keyOf(**link), key)) link = nextLink(*link);
+        return link;
     }
     [[gnu::noinline]] static Member * findFrom(HashMapMember * m, std::uint32_t hash,
                                                Key const & key) noexcept {
