@@ -32,30 +32,22 @@ public:
                                 unsigned int size) {
         // Objects may be made on several threads where pointers are thread-safe; all of them find one record.
         std::atomic_ref<AllocTrackTypeInfo *> const known(*record);
-        if (!known.load(std::memory_order_acquire)) [[unlikely]]
-            known.store(recordOf(type, size), std::memory_order_release);
-        AllocTrackTypeInfo & counted = *known.load(std::memory_order_acquire);
-        if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
-            std::atomic_ref<std::uint64_t>(counted.live_).fetch_add(1, std::memory_order_relaxed);
-            std::atomic_ref<std::uint64_t>(counted.total_).fetch_add(1, std::memory_order_relaxed);
-        } else {
-            ++counted.live_;
-            ++counted.total_;
-        }
+        AllocTrackTypeInfo * counted = known.load(std::memory_order_acquire);
+        if (!counted) [[unlikely]]
+            known.store(counted = recordOf(type, size), std::memory_order_release);
+        countOne(counted->total_);
     }
-    static void trackDeallocation(AllocTrackTypeInfo * record) noexcept {
-        if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
-            std::atomic_ref<std::uint64_t>(record->live_).fetch_sub(1, std::memory_order_relaxed);
-        } else {
-            --record->live_;
-        }
-    }
+    static void trackDeallocation(AllocTrackTypeInfo * record) noexcept { countOne(record->gone_); }
 
     // The demangled name of the class.
     std::string const & typeName() const noexcept { return typeName_; }
     // Bytes of one object.
     unsigned int size() const noexcept { return size_; }
-    std::uint64_t live() const noexcept { return loaded(live_); }
+    std::uint64_t live() const noexcept {
+        // First those that are gone, which are never more than those that there were.
+        std::uint64_t const gone = loaded(gone_);
+        return loaded(total_) - gone;
+    }
     std::uint64_t total() const noexcept { return loaded(total_); }
 
 private:
@@ -63,14 +55,21 @@ private:
         : typeName_(std::move(typeName)), size_(size) {}
     static AllocTrackTypeInfo * recordOf(std::type_info const & type, unsigned int size);
     static std::uint64_t loaded(std::uint64_t & counter) noexcept {
-        return std::atomic_ref<std::uint64_t>(counter).load(std::memory_order_relaxed);
+        return std::atomic_ref<std::uint64_t>(counter).load(std::memory_order_acquire);
+    }
+    static void countOne(std::uint64_t & counter) noexcept {
+        if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
+            std::atomic_ref<std::uint64_t>(counter).fetch_add(1, std::memory_order_acq_rel);
+        } else {
+            ++counter;
+        }
     }
 
     std::string const typeName_;
     unsigned int const size_;
     // Changed on several threads only where pointers are thread-safe.
-    mutable std::uint64_t live_ = 0;
     mutable std::uint64_t total_ = 0;
+    mutable std::uint64_t gone_ = 0;
 };
 
 // Every tracked class of which an object has been made, in the order of their first objects.
