@@ -99,7 +99,8 @@ private:
     T * first_ = nullptr;
 };
 
-struct alignas(64) Slab {
+// As large as a power of two, because it is found by its number each time that a cell comes free.
+struct alignas(512) Slab {
     ListLink<Slab> link;  // In the list of its size, while it has a free cell.
     std::byte * cells;
     std::uint32_t cellBytes;
@@ -128,14 +129,13 @@ struct alignas(64) Slab {
     // full.
     std::uint32_t cellsNew(void ** taken, std::uint32_t most) noexcept {
         while (freeCells[firstWord] == 0) ++firstWord;
-        std::uint64_t & word = freeCells[firstWord];
-        std::uint32_t count = 0;
-        for (std::uint64_t left = word; left != 0 && count < most; left &= left - 1) ++count;
+        std::uint64_t free = freeCells[firstWord];
+        std::uint32_t const count = std::min(static_cast<std::uint32_t>(std::popcount(free)), most);
         std::byte * const first = cells + std::size_t{firstWord} * kCellsPerWord * cellBytes;
-        for (std::uint32_t left = count; left-- > 0;) {
-            taken[left] = first + static_cast<unsigned>(std::countr_zero(word)) * std::size_t{cellBytes};
-            word &= word - 1;
+        for (void ** cell = taken + count; cell != taken; free &= free - 1) {
+            *--cell = first + static_cast<unsigned>(std::countr_zero(free)) * std::size_t{cellBytes};
         }
+        freeCells[firstWord] = free;
         cellsInUse += count;
         return count;
     }

@@ -86,11 +86,16 @@ private:
     // What is larger begins with a cache line of its own: objects of that size are few, and have at their
     // front what is needed most.
     static constexpr std::size_t kUnaligned = 128;
+    // What fills more than three quarters of a cache line gets a whole one: side by side, most of them would
+    // lie in two.
+    static constexpr bool fillsLine(std::size_t size) noexcept {
+        return size > kCacheLine * 3 / 4 && size <= kCacheLine;
+    }
 
     // Of a size's cells: how many words one has.
     static constexpr std::size_t index(std::size_t size) noexcept {
         if (size <= kSmallestCell) return kSmallestCell / kAlignment;
-        std::size_t const excess = (size > kUnaligned ? kCacheLine : kAlignment) - 1;
+        std::size_t const excess = (size > kUnaligned || fillsLine(size) ? kCacheLine : kAlignment) - 1;
         return ((size + excess) & ~excess) / kAlignment;
     }
     static void * anyCell(std::size_t size);

@@ -62,6 +62,19 @@ TEST_F(Pool, AlignsCellsOfAnySizeAndRoundsThemUp) {
     }
 }
 
+TEST_F(Pool, GivesWhatNearlyFillsACacheLineAWholeOne) {
+    constexpr std::size_t kCacheLine = 64;
+    for (std::size_t const size : {49, 56, 57, 64}) {
+        auto const made = cells(50, size);
+        if (SlabPool::kPooled) {
+            for (std::byte * const cell : made) {
+                EXPECT_EQ(reinterpret_cast<std::uintptr_t>(cell) % kCacheLine, 0U) << size;
+            }
+        }
+        cellsDel(made, size);
+    }
+}
+
 TEST_F(Pool, BeginsLargeCellsWithACacheLine) {
     constexpr std::size_t kCacheLine = 64;
     for (std::size_t size = 129; size <= SlabPool::kLargestCell; size += 5) {
