@@ -56,6 +56,10 @@ public:
     // REQUIRES: this finder is held by a counted reference, because the visit makes one of its own.
     NetworkTopologyV3::PortBase::Ptr find(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portBase);
 
+    void referenceDel() const noexcept {
+        if (referenceDelIsLast()) delete this;
+    }
+
 private:
     // Destroyed in the reverse order: the result first.
     Vel::Ptr<NetworkTopology::HostV2 const> const hostV2_;

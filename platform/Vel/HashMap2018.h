@@ -102,6 +102,11 @@ public:
     Value const & value() const noexcept { return value_; }
     Key const & collectionKey() const noexcept { return key_; }
 
+    [[gnu::always_inline]] void referenceDel() const noexcept {
+        if (this->referenceDelIsLast()) [[unlikely]]
+            delete this;
+    }
+
 private:
     template <class, class, class>
     friend class HashMap2018;
@@ -153,6 +158,9 @@ public:
     using Node = HashMap2018Node<Tag, Key, Value>;
     using Iterator = HashMap2018Iterator<Node>;
     using Range = HashMapRange<HashMap2018, Iterator>;
+
+    HashMap2018() noexcept = default;
+    ~HashMap2018() { nodes_.emptyAllBuckets(); }
 
     std::uint32_t size() const noexcept { return nodes_.size(); }
 

@@ -91,10 +91,14 @@ void PtrInterface::referenceNewAtomic() const noexcept {
 }
 
 void PtrInterface::referenceDelAtomic() const noexcept {
+    if (lessOneAtomic() == 0) handleZeroRef();
+}
+
+std::uint32_t PtrInterface::lessOneAtomic() const noexcept {
     std::uint32_t const before =
         std::atomic_ref<std::uint32_t>(word_).fetch_sub(1, std::memory_order_acq_rel);
     assert((before & kReferences) != 0 && "more references released than taken");
-    if (((before - 1) & kCountMask) == 0) handleZeroRef();
+    return (before - 1) & kCountMask;
 }
 
 void * PtrInterface::velMemAlloc(unsigned int size) { return SlabPool::cell(size); }

@@ -88,7 +88,7 @@ public:
     [[gnu::always_inline]] void referenceDel() const noexcept;
 
     // Destroys the object through `zeroReferencesIs(true)`, now or when the destructors that are running on
-    // this thread have ended. REQUIRES: the count is zero.
+    // this thread have ended. REQUIRES: the count has just become zero.
     void handleZeroRef() const noexcept;
 
     // The storage of framework objects, which `SlabPool::cellDel` takes back. Throws std::bad_alloc.
@@ -102,6 +102,15 @@ protected:
         if (!isBeingDestroyed()) flagIs(kHeld, true);
     }
     void notificationActiveFlagIs(bool active) const noexcept { flagIs(kNotificationActive, active); }
+    // Gives a reference back and tells whether it was the last one, which leaves the end of the object to the
+    // caller. For the `referenceDel` with which a final class hides the one above, so that its objects end in
+    // place: they hold others, but no chain of them, and nothing refers to them from their own destructor.
+    [[gnu::always_inline]] bool referenceDelIsLast() const noexcept {
+        if (VFPtrInterface::threadSafePointers_) [[unlikely]]
+            return lessOneAtomic() == 0;
+        assert((word_ & kReferences) != 0 && "more references released than taken");
+        return (--word_ & kCountMask) == 0;
+    }
     // The reference word, to test several things at once. An ordinary load on most processors, so both
     // pointer modes read alike.
     std::uint32_t word() const noexcept {
@@ -114,6 +123,8 @@ private:
     // Cold, so that they stand aside wherever counting is compiled in.
     [[gnu::cold]] void referenceNewAtomic() const noexcept;
     [[gnu::cold]] void referenceDelAtomic() const noexcept;
+    // What counts after one reference less.
+    [[gnu::cold]] std::uint32_t lessOneAtomic() const noexcept;
 
     mutable std::uint32_t word_ = 0;
 };
@@ -144,7 +155,8 @@ inline void PtrInterface::referenceDelPlain() const noexcept {
 // that a passing reference destroys neither.
 class PtrInterface::Held {
 public:
-    Held(PtrInterface const & first, PtrInterface const & second) noexcept : first_(first), second_(second) {
+    [[gnu::always_inline]] Held(PtrInterface const & first, PtrInterface const & second) noexcept
+        : first_(first), second_(second) {
         if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
             first.referenceNewAtomic();
             second.referenceNewAtomic();
@@ -153,7 +165,7 @@ public:
             ++second.word_;
         }
     }
-    ~Held() {
+    [[gnu::always_inline]] ~Held() {
         if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
             second_.referenceDelAtomic();
             first_.referenceDelAtomic();
