@@ -21,6 +21,7 @@
 //     change itself takes out lives until it has been delivered.
 #pragma once
 
+#include <cstdint>
 #include <exception>
 #include <type_traits>
 #include <vector>
@@ -40,9 +41,10 @@ struct CollectionMutation {
     template <class Model, class Member, class Key, class Create, class On>
     static Ptr<Member> memberIs(Model & model, HashMap<Member, Key, Model> & map, Key const & key,
                                 Create const & create, On const & on) {
-        if (Member * const present = map[key]) return present;
+        std::uint32_t const hash = HashMapKey<Key>::hash(key);
+        if (Member * const present = map.find(hash, key)) return present;
         Ptr<Member> member = create();
-        enter(model, map, member);
+        enter(model, map, hash, member);
         notifyOfKey(model, key, on);
         return member;
     }
@@ -52,7 +54,10 @@ struct CollectionMutation {
     static Ptr<Member> memberDel(Model & model, HashMap<Member, Key, Model> & map, Key const & key,
                                  On const & on) {
         Ptr<Member> member = leave(map, key);
-        if (member) notifyOfKey(model, key, on);
+        if (member) {
+            member->fetchReactors();
+            notifyOfKey(model, key, on);
+        }
         return member;
     }
 
@@ -125,13 +130,14 @@ protected:
         if (!model.isFollowed()) return;
         std::conditional_t<kCopiesKeys, Key const, Key const &> kept = key;
         Access::notify(
-            model, [&](Reactor & r) { on(r, kept); }, [&](Reactor & r) { on(r); });
+            model, [on, &kept](Reactor & r) { on(r, kept); }, [on](Reactor & r) { on(r); });
     }
 
     template <class Model, class Member, class Key>
-    static void enter(Model & model, HashMap<Member, Key, Model> & map, Ptr<Member> const & member) noexcept {
+    static void enter(Model & model, HashMap<Member, Key, Model> & map, std::uint32_t hash,
+                      Ptr<Member> const & member) noexcept {
         Access::enters(model, *member);
-        map.newMember(member);
+        map.newMember(hash, member);
     }
 
     template <class Model, class Member, class Key>

@@ -1,6 +1,7 @@
 // A model object: what reactors follow and collections hold.
 #pragma once
 
+#include <cstdint>
 #include <utility>
 
 #include "platform/Vel/Export.h"
@@ -21,11 +22,15 @@ public:
 protected:
     Entity() noexcept = default;
     // One that stands in collections under `name`, always.
-    explicit Entity(Name const & name) noexcept : HashMapMember(name.reversedHash()) {}
+    explicit Entity(Name const & name) noexcept : Entity(name.reversedHash()) {}
+    // The same under a key of that hash.
+    explicit Entity(std::uint32_t hash) noexcept : HashMapMember(hash) {}
 
     NotifieeList const & notifiees() const noexcept { return notifiees_; }
 
 private:
+    friend class PtrInterface::NotifieeConst;
+
     mutable NotifieeList notifiees_;
 };
 

@@ -1,12 +1,39 @@
 #include "platform/Vel/NotifieeConst.h"
 
 #include <exception>
+#include <utility>
 
 #include "platform/Vel/Trace.h"
 
 namespace Vel {
 
 using NotifieeConst = PtrInterface::NotifieeConst;
+
+// A delivery to all reactors of a list, one after the other.
+class NotifieeList::Walk : public Delivery {
+public:
+    // REQUIRES: `list` is not empty.
+    explicit Walk(NotifieeList const & list) noexcept
+        : Delivery(&list, nullptr), next_(list.last_->next()), last_(list.last_) {}
+
+    NotifieeConst * next() const noexcept { return next_; }
+    // Moves on to the next one, and gives the one that is left behind.
+    NotifieeConst & advance() noexcept {
+        return *std::exchange(next_, next_ == last_ ? nullptr : next_->next());
+    }
+    // `reactor` is called from now on. REQUIRES: it is in the list.
+    void calledIs(NotifieeConst const & reactor) noexcept {
+        called_ = &reactor;
+        departure_ = 0;
+    }
+    bool calledIsDestroyed() const noexcept { return (departure_ & kDestroyed) != 0; }
+
+private:
+    friend class NotifieeList;
+
+    NotifieeConst * next_;  // Null at the end.
+    NotifieeConst * last_;  // The last one registered when the change was made.
+};
 
 constinit thread_local NotifieeList::Delivery * NotifieeList::Delivery::innermost_ = nullptr;
 
@@ -18,16 +45,6 @@ NotifieeList::~NotifieeList() {
     }
 }
 
-void NotifieeList::enter(NotifieeConst & reactor) noexcept {
-    if (last_) {
-        reactor.nextIs(last_->next());
-        last_->nextIs(&reactor);
-    } else {
-        reactor.nextIs(&reactor);
-    }
-    last_ = &reactor;
-}
-
 void NotifieeList::leave(NotifieeConst & reactor) noexcept {
     NotifieeConst * const next = reactor.next();
     // Mostly there is no other one, and nobody is delivering.
@@ -36,13 +53,17 @@ void NotifieeList::leave(NotifieeConst & reactor) noexcept {
         reactor.nextIs(nullptr);
         return;
     }
-    NotifieeConst * previous = last_;
-    while (previous->next() != &reactor) previous = previous->next();
+    NotifieeConst * previous = &reactor;
+    if (next != &reactor) {
+        previous = last_;
+        while (previous->next() != &reactor) previous = previous->next();
+    }
     for (Delivery * d = Delivery::innermost_; d; d = d->outer_) {
+        if (d->called_ == &reactor) d->departure_ |= Delivery::kLeft;
         if (d->list_ != this) continue;
-        if (d->called_ == &reactor) d->calledLeft_ = true;
-        if (d->next_ == &reactor) d->next_ = d->last_ == &reactor ? nullptr : next;
-        if (d->last_ == &reactor) d->last_ = previous;
+        auto & walk = static_cast<Walk &>(*d);
+        if (walk.next_ == &reactor) walk.next_ = walk.last_ == &reactor ? nullptr : next;
+        if (walk.last_ == &reactor) walk.last_ = previous;
     }
     if (next == &reactor) {
         last_ = nullptr;
@@ -56,19 +77,16 @@ void NotifieeList::leave(NotifieeConst & reactor) noexcept {
 void NotifieeList::deliver(PtrInterface const & notifier, Call first, void const * firstCallback, Call second,
                            void const * secondCallback) const {
     KeepAlive const keepNotifier(notifier);
-    Delivery delivery(*this);
-    delivery.next_ = last_->next();
-    delivery.last_ = last_;
+    Walk delivery(*this);
     std::exception_ptr failure;  // The first one; null without.
     do {
-        NotifieeConst & reactor = *delivery.next_;
-        delivery.next_ = &reactor == delivery.last_ ? nullptr : reactor.next();
+        NotifieeConst & reactor = delivery.advance();
         if (!reactor.takesCallbacks()) continue;
         delivery.calledIs(reactor);
         KeepAlive const keepReactor(reactor);
         auto const failed = [&] {
             if (!failure) failure = std::current_exception();
-            if (keepReactor.holds() || !delivery.calledIsDestroyed_) failedAlone(reactor);
+            if (keepReactor.holds() || !delivery.calledIsDestroyed()) failedAlone(reactor);
         };
         try {
             first(reactor, firstCallback);
@@ -81,7 +99,7 @@ void NotifieeList::deliver(PtrInterface const & notifier, Call first, void const
         } catch (...) {
             failed();
         }
-    } while (delivery.next_);
+    } while (delivery.next());
     if (failure) [[unlikely]]
         std::rethrow_exception(failure);
 }
@@ -97,9 +115,9 @@ void NotifieeList::failedAlone(NotifieeConst & reactor) noexcept {
 NotifieeConst::~NotifieeConst() {
     heldIs();
     for (auto * d = NotifieeList::Delivery::innermost_; d; d = d->outer_) {
-        if (d->called_ == this) d->calledIsDestroyed_ = true;
+        if (d->called_ == this) d->departure_ |= NotifieeList::Delivery::kDestroyed;
     }
-    registeredIs(false);
+    if (isRegisteredNotifiee()) notifier_->notifieeList()->leave(*this);
 }
 
 void NotifieeConst::zeroReferencesIs(bool zero) {

@@ -65,6 +65,13 @@ public:
     template <class Reactor, class First, class Second>
     void notify(PtrInterface const & notifier, First const & first, Second const & second) const;
 
+    // The same for objects that seldom have reactors.
+    template <class Reactor, class... Callbacks>
+    void notifySeldom(PtrInterface const & notifier, Callbacks const &... callbacks) const {
+        if (!empty()) [[unlikely]]
+            notifyAside<Reactor>(notifier, callbacks...);
+    }
+
 private:
     friend class PtrInterface::NotifieeConst;
     using Call = void (*)(PtrInterface::NotifieeConst &, void const * callback);
@@ -73,47 +80,51 @@ private:
     // every delivery of its list then steps over it. Nesting is shallow, and usually there is none at all.
     class VEL_EXPORT Delivery {
     public:
-        explicit Delivery(NotifieeList const & list) noexcept : list_(&list), outer_(innermost_) {
-            innermost_ = this;
-        }
+        // To one reactor, which is called now. REQUIRES: it is in a list.
+        explicit Delivery(PtrInterface::NotifieeConst const & only) noexcept : Delivery(nullptr, &only) {}
         ~Delivery() { innermost_ = outer_; }
         Delivery(Delivery const &) = delete;
         Delivery & operator=(Delivery const &) = delete;
 
-        // `reactor` is called from now on. REQUIRES: it is in the list.
-        void calledIs(PtrInterface::NotifieeConst const & reactor) noexcept {
-            called_ = &reactor;
-            calledLeft_ = calledIsDestroyed_ = false;
-        }
-        // Whether the reactor that was called is there and has been in the list all the time.
-        bool calledStayed() const noexcept { return !calledLeft_ && !calledIsDestroyed_; }
+        // Whether the reactor that was called is there and has been in its list all the time.
+        bool calledStayed() const noexcept { return departure_ == 0; }
 
-    private:
+    protected:
         friend class NotifieeList;
         friend class PtrInterface::NotifieeConst;
 
-        NotifieeList const * list_;  // Null once the list is gone.
-        // Null at the end, and where there is only one to be called.
-        PtrInterface::NotifieeConst * next_ = nullptr;
-        PtrInterface::NotifieeConst * last_ = nullptr;  // The last one registered when the change was made.
-        PtrInterface::NotifieeConst const * called_ = nullptr;  // Being called now, or last.
-        bool calledLeft_ = false;  // It has left the list, perhaps to enter it again at the end.
-        bool calledIsDestroyed_ = false;
+        // What has become of the reactor that was called.
+        static constexpr std::uint8_t kLeft = 1;  // Its list, perhaps to enter it again at the end.
+        static constexpr std::uint8_t kDestroyed = 2;
+
+        Delivery(NotifieeList const * list, PtrInterface::NotifieeConst const * called) noexcept
+            : list_(list), called_(called), outer_(innermost_) {
+            innermost_ = this;
+        }
+
+        NotifieeList const * list_;  // Null without one that is walked, and once that is gone.
+        PtrInterface::NotifieeConst const * called_;  // Being called now, or last; null before the first.
         Delivery * const outer_;
+        std::uint8_t departure_ = 0;
 
         __attribute__((tls_model("initial-exec"))) static constinit thread_local Delivery * innermost_;
     };
+    class Walk;
 
     template <class Reactor, class Callback>
     static void call(PtrInterface::NotifieeConst & reactor, void const * callback);
 
+    template <class Reactor, class... Callbacks>
+    [[gnu::noinline]] void notifyAside(PtrInterface const & notifier, Callbacks const &... callbacks) const {
+        notify<Reactor>(notifier, callbacks...);
+    }
     // Null when there is none or when there are several.
     PtrInterface::NotifieeConst * onlyOne() const noexcept;
     // Called with the exception in flight.
     [[gnu::cold]] static void failedAlone(PtrInterface::NotifieeConst & reactor) noexcept;
     void deliver(PtrInterface const & notifier, Call first, void const * firstCallback, Call second,
                  void const * secondCallback) const;
-    void enter(PtrInterface::NotifieeConst & reactor) noexcept;
+    inline void enter(PtrInterface::NotifieeConst & reactor) noexcept;
     // Looks for the reactor before it, of which there are few, from the first one on: many leave mostly in
     // the order in which they entered, and then each is found at once.
     void leave(PtrInterface::NotifieeConst & reactor) noexcept;
@@ -161,6 +172,12 @@ protected:
     // Binds a reactor that has followed nothing yet: for constructors, which know that `notifier` is of the
     // class that their reactor follows.
     void firstNotifierIs(PtrInterface const * notifier) noexcept { notifier_ = notifier; }
+    // And enters it; `notifier` is an `Entity`.
+    template <class Notifier>
+    void follow(Notifier const & notifier) noexcept {
+        firstNotifierIs(&notifier);
+        notifier.notifiees_.enter(*this);
+    }
     void registeredIs(bool registered) const noexcept;
 
 private:
@@ -170,6 +187,11 @@ private:
     bool takesCallbacks() const noexcept { return takesCallbacks(word()); }
     static bool takesCallbacks(std::uint32_t word) noexcept {
         return (word & (kNotificationActive | kHeld)) == kNotificationActive;
+    }
+    // And is counted, without which it could not be kept alive.
+    static bool takesCallbacksAndReferences(std::uint32_t word) noexcept {
+        std::uint32_t const unmarked = word & ~kMarkedForDeletion;
+        return unmarked > kNotificationActive && unmarked < kHeld;
     }
 
     // Of the notifier's list. Null while not registered.
@@ -188,6 +210,16 @@ private:
     std::uintptr_t nextAndMark_;
 };
 
+inline void NotifieeList::enter(PtrInterface::NotifieeConst & reactor) noexcept {
+    if (last_) [[unlikely]] {
+        reactor.nextIs(last_->next());
+        last_->nextIs(&reactor);
+    } else {
+        reactor.nextIs(&reactor);
+    }
+    last_ = &reactor;
+}
+
 inline PtrInterface::NotifieeConst * NotifieeList::onlyOne() const noexcept {
     PtrInterface::NotifieeConst * const last = last_;
     return last && last->next() == last ? last : nullptr;
@@ -198,9 +230,7 @@ void NotifieeList::notify(PtrInterface const & notifier, Callback const & callba
     if (empty()) return;
     PtrInterface::NotifieeConst * const only = onlyOne();
     std::uint32_t const word = only ? only->word() : 0;
-    if (only && !only->takesCallbacks(word)) return;
-    // One that nobody counts could not be kept alive.
-    if ((word & PtrInterface::kReferences) != 0) [[likely]] {
+    if (PtrInterface::NotifieeConst::takesCallbacksAndReferences(word)) [[likely]] {
         // Nothing that it may do to the list matters to this delivery, which ends with it.
         PtrInterface::Held const held(notifier, *only);
         try {
@@ -211,6 +241,7 @@ void NotifieeList::notify(PtrInterface const & notifier, Callback const & callba
         }
         return;
     }
+    if (only && !PtrInterface::NotifieeConst::takesCallbacks(word)) return;
     deliver(notifier, &call<Reactor, Callback>, &callback, nullptr, nullptr);
 }
 
@@ -219,12 +250,9 @@ void NotifieeList::notify(PtrInterface const & notifier, First const & first, Se
     if (empty()) return;
     PtrInterface::NotifieeConst * const only = onlyOne();
     std::uint32_t const word = only ? only->word() : 0;
-    if (only && !only->takesCallbacks(word)) return;
-    // One that nobody counts could not be kept alive.
-    if ((word & PtrInterface::kReferences) != 0) [[likely]] {
+    if (PtrInterface::NotifieeConst::takesCallbacksAndReferences(word)) [[likely]] {
         PtrInterface::Held const held(notifier, *only);
-        Delivery delivery(*this);
-        delivery.calledIs(*only);
+        Delivery delivery(*only);
         auto & reactor = static_cast<Reactor &>(*only);
         auto const takesSecond = [&] { return delivery.calledStayed() && only->takesCallbacks(); };
         try {
@@ -247,6 +275,7 @@ void NotifieeList::notify(PtrInterface const & notifier, First const & first, Se
         }
         return;
     }
+    if (only && !PtrInterface::NotifieeConst::takesCallbacks(word)) return;
     deliver(notifier, &call<Reactor, First>, &first, &call<Reactor, Second>, &second);
 }
 
