@@ -14,7 +14,7 @@ constexpr auto onToPort = [](DirectedEdgeV2::NotifieeConst & r, auto const &... 
 }  // namespace
 
 DirectedEdgeV2::DirectedEdgeV2(Vel::Ptr<PortBaseV2 const> fromPort) noexcept
-    : fromPort_(std::move(fromPort)) {}
+    : Entity(Vel::HashMapKey<Vel::Ptr<PortBaseV2 const>>::hash(fromPort)), fromPort_(std::move(fromPort)) {}
 
 DirectedEdgeV2::~DirectedEdgeV2() = default;
 

@@ -31,6 +31,8 @@ public:
     // Where the links begin: the key in the status, by identity of the object. Counted; never changes.
     Vel::Ptr<PortBaseV2 const> const & fromPort() const noexcept { return fromPort_; }
     Vel::Ptr<PortBaseV2 const> const & collectionKey() const noexcept { return fromPort_; }
+    // What collections make of it.
+    std::uint32_t fromPortHash() const noexcept { return collectionHash(); }
 
     // Where the links end: port bases, counted, by identity, each with a flag. A destination whose flag is
     // false is there all the same.

@@ -193,4 +193,10 @@ public:
     HostV2 const * notifier() const noexcept { return static_cast<HostV2 const *>(notifierObject().get()); }
 };
 
+inline HostV2 * PortBaseV2::holder() const noexcept {
+    // A host whose last reference has gone may wait for its destructor.
+    HostV2 * const owner = owner_;
+    return owner && !owner->isBeingDestroyed() ? owner : nullptr;
+}
+
 }  // namespace NetworkTopology

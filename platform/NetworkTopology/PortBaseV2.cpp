@@ -20,10 +20,7 @@ void PortBaseV2::addedByOwnerIs(bool value) {
     if (Vel::replaced(addedByOwner_, value)) notify([](NotifieeConst & r) { r.onAddedByOwner(); });
 }
 
-HostV2 * PortBaseV2::host() const {
-    // A host whose last reference has gone may wait for its destructor.
-    return owner_ && !owner_->isBeingDestroyed() ? owner_ : nullptr;
-}
+HostV2 * PortBaseV2::host() const { return holder(); }
 
 PortBaseV2::NotifieeConst::~NotifieeConst() = default;
 

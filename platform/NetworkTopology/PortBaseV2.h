@@ -48,6 +48,8 @@ public:
     // The host that holds this object. Null when none does: before it is added, from the removal on (and
     // already when the removal is delivered), and when the host is gone.
     virtual HostV2 * host() const;
+    // The same, compiled into those who include HostV2.h.
+    inline HostV2 * holder() const noexcept;
     // Calls the one operation of `visitor` that is for this object's class; nothing for null.
     virtual void accept(Vel::Ptr<PortBaseVisitor> const & visitor) const = 0;
 

@@ -58,6 +58,10 @@ public:
     DirectedEdgeV2 const * findEdge(Vel::Ptr<PortBaseV2 const> const & fromPort) const noexcept {
         return edge_[fromPort];
     }
+    DirectedEdgeV2 const * findEdge(Vel::Ptr<PortBaseV2 const> const & fromPort,
+                                    std::uint32_t hash) const noexcept {
+        return edge_.find(hash, fromPort);
+    }
     Vel::Ptr<DirectedEdgeV2> edgeIs(Vel::Ptr<PortBaseV2 const> fromPort);
     Vel::Ptr<DirectedEdgeV2> edgeIs(Vel::Ptr<DirectedEdgeV2> edge);
     Vel::Ptr<DirectedEdgeV2> edgeDel(Vel::Ptr<PortBaseV2 const> fromPort);

@@ -21,7 +21,7 @@ DirectedEdge::~DirectedEdge() = default;
 
 template <class... Callbacks>
 void DirectedEdge::notify(Callbacks const &... callbacks) const {
-    notifiees().notify<NotifieeConst>(*this, callbacks...);
+    notifiees().notifySeldom<NotifieeConst>(*this, callbacks...);
 }
 
 std::optional<bool> DirectedEdge::toPort(PortKey const & key) const noexcept {

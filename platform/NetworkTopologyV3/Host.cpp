@@ -29,7 +29,7 @@ Host::~Host() {
 
 template <class... Callbacks>
 void Host::notify(Callbacks const &... callbacks) const {
-    notifiees().notify<NotifieeConst>(*this, callbacks...);
+    notifiees().notifySeldom<NotifieeConst>(*this, callbacks...);
 }
 
 void Host::hostnameIs(Vel::String hostname) {

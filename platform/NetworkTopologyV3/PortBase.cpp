@@ -9,10 +9,10 @@
 namespace NetworkTopologyV3 {
 
 PortBase::PortBase(Vel::Name name, Host & host, Kind kind) noexcept
-    : kind_(kind), name_(std::move(name)), host_(&host) {}
+    : name_(std::move(name)), kind_(kind), host_(&host) {}
 
 PortBase::~PortBase() {
-    if (!hasHost_) std::destroy_at(&hostName_);
+    if (!hasHost_ && key_.empty()) std::destroy_at(&hostName_);
 }
 
 Host * PortBase::host() const noexcept {
@@ -21,8 +21,10 @@ Host * PortBase::host() const noexcept {
 }
 
 void PortBase::hostDel() noexcept {
-    Vel::String const & hostName = host_->name();
-    std::construct_at(&hostName_, hostName);
+    if (key_.empty()) {
+        Vel::String const & hostName = host_->name();
+        std::construct_at(&hostName_, hostName);
+    }
     hasHost_ = false;
 }
 
@@ -35,7 +37,10 @@ PortKey::Kind PortBase::keyKind() const noexcept {
     return static_cast<PortKey::Kind>(kind_);
 }
 
-void PortBase::makeKey() const { key_ = PortKey(hostName(), keyKind(), name_); }
+void PortBase::makeKey() const {
+    key_ = PortKey(hostName(), keyKind(), name_);
+    if (!hasHost_) std::destroy_at(&hostName_);
+}
 
 std::uint32_t PortBase::portKeyHash() const noexcept {
     return key_.empty() ? PortKey::hashOf(hostName(), keyKind(), name_) : key_.hash();
@@ -43,7 +48,7 @@ std::uint32_t PortBase::portKeyHash() const noexcept {
 
 void PortBase::typeIs(PortType type) {
     if (Vel::replaced(type_, type)) {
-        notifiees().notify<NotifieeConst>(*this, [](NotifieeConst & r) { r.onType(); });
+        notifiees().notifySeldom<NotifieeConst>(*this, [](NotifieeConst & r) { r.onType(); });
     }
 }
 

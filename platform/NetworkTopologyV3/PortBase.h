@@ -72,14 +72,14 @@ private:
     PortKey::Kind keyKind() const noexcept;
 
     // There are millions of these: what keeps objects small is in the order and the sharing of these fields.
+    Vel::Name const name_;  // First, because lookups compare it.
     PortType type_ = PortType::unknown;
     Kind const kind_;
     bool hasHost_ = true;
-    Vel::Name const name_;
     mutable PortKey key_;  // Empty until it is asked for.
     union {
         Host * host_;           // While `hasHost_`. Not counted; lets us go before it dies.
-        Vel::String hostName_;  // From then on: all that the key needs of it.
+        Vel::String hostName_;  // From then on, until there is a key: all that the key needs of it.
     };
 };
 
@@ -110,7 +110,7 @@ private:
 
 template <class Reactor, class... Callbacks>
 void PortBase::notifyKind(Callbacks const &... callbacks) const {
-    notifiees().notify<NotifieeConst>(*this, [this, &callbacks](NotifieeConst & reactor) {
+    notifiees().notifySeldom<NotifieeConst>(*this, [this, &callbacks](NotifieeConst & reactor) {
         if (reactor.follows() == kind_) callbacks(static_cast<Reactor &>(reactor));
     }...);
 }
