@@ -141,14 +141,14 @@ Vel::Ptr<V2Sm::VelHost> V2Sm::hostIs(Vel::Ptr<NetworkTopology::HostV2 const> hos
             "null _host parameter to mutator for NetworkTopologyAggregator::V2Sm::host not allowed\"");
     }
     Vel::KeepAlive const keepRoot(*this);
-    return reactorIs(host_, host, host->name(), this);
+    return reactorIs(host_, host->nameHash(), host, host->name(), this);
 }
 
 // NOLINTEND(performance-unnecessary-value-param)
 
 Vel::Ptr<NetworkTopology::HostV2 const> V2Sm::hostDel(Vel::Name name) {
     Vel::KeepAlive const keepRoot(*this);
-    auto const reactor = reactorDel(host_, name);
+    auto const reactor = reactorDel(host_, name.reversedHash(), name);
     return reactor ? reactor->notifier() : nullptr;
 }
 
@@ -167,12 +167,21 @@ void V2Sm::edgeIs(Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const & edge) 
             "null _edge parameter to mutator for NetworkTopologyAggregator::V2Sm::edge not allowed\"");
     }
     Vel::KeepAlive const keepRoot(*this);
-    reactorIs(edge_, edge, FromPort(edge->fromPort()), this);
+    edgeReactorIs(edge);
+}
+
+void V2Sm::edgeReactorIs(Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const & edge) {
+    reactorIs(edge_, edge->fromPortHash(), edge, edge->fromPort(), this);
 }
 
 Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> V2Sm::edgeDel(FromPort const & fromPort) {
+    return edgeReactorDel(fromPort, Vel::HashMapKey<FromPort>::hash(fromPort));
+}
+
+Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> V2Sm::edgeReactorDel(FromPort const & fromPort,
+                                                                     std::uint32_t hash) {
     Vel::KeepAlive const keepRoot(*this);
-    auto const reactor = reactorDel(edge_, fromPort);
+    auto const reactor = reactorDel(edge_, hash, fromPort);
     return reactor ? reactor->notifier() : nullptr;
 }
 
@@ -283,7 +292,7 @@ V2Sm::toPortBaseV3(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portV2) {
     traced("NetworkTopologyV3::PortBase::Ptr NetworkTopologyAggregator::V2Sm::toPortBaseV3(const PtrConst&)",
            "toPortBaseV3");
     if (!portV2) return nullptr;
-    Vel::Ptr<NetworkTopology::HostV2 const> hostV2 = portV2->host();
+    Vel::Ptr<NetworkTopology::HostV2 const> hostV2 = portV2->holder();
     NetworkTopologyV3::Host::Ptr hostV3 = hostV3Of(hostV2.get());
     if (!hostV3) return nullptr;
     return PortBaseFinder::PortBaseFinderIs(std::move(hostV2), std::move(hostV3))->find(portV2);
@@ -292,7 +301,7 @@ V2Sm::toPortBaseV3(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portV2) {
 NetworkTopologyV3::Port * V2Sm::toPortV3(Vel::Ptr<NetworkTopology::PortV2 const> const & portV2) {
     traced("NetworkTopologyV3::Port* NetworkTopologyAggregator::V2Sm::toPortV3(const PtrConst&)", "toPortV3");
     if (!portV2) return nullptr;
-    NetworkTopologyV3::Host const * const hostV3 = hostV3Of(portV2->host());
+    NetworkTopologyV3::Host const * const hostV3 = hostV3Of(portV2->holder());
     return hostV3 ? hostV3->findPort(portV2->name(), portV2->nameHash()) : nullptr;
 }
 
@@ -301,7 +310,7 @@ V2Sm::toPortGroupV3(Vel::Ptr<NetworkTopology::PortGroupV2 const> const & pgV2) {
     traced("NetworkTopologyV3::PortGroup* NetworkTopologyAggregator::V2Sm::toPortGroupV3(const PtrConst&)",
            "toPortGroupV3");
     if (!pgV2) return nullptr;
-    NetworkTopologyV3::Host const * const hostV3 = hostV3Of(pgV2->host());
+    NetworkTopologyV3::Host const * const hostV3 = hostV3Of(pgV2->holder());
     return hostV3 ? hostV3->findPortGroup(pgV2->name(), pgV2->nameHash()) : nullptr;
 }
 
@@ -309,7 +318,7 @@ NetworkTopologyV3::MlagPort * V2Sm::toMlagV3(Vel::Ptr<NetworkTopology::MlagV2 co
     traced("NetworkTopologyV3::MlagPort* NetworkTopologyAggregator::V2Sm::toMlagV3(const PtrConst&)",
            "toMlagV3");
     if (!mlagV2) return nullptr;
-    NetworkTopologyV3::Host const * const hostV3 = hostV3Of(mlagV2->host());
+    NetworkTopologyV3::Host const * const hostV3 = hostV3Of(mlagV2->holder());
     return hostV3 ? hostV3->findMlag(mlagV2->name(), mlagV2->nameHash()) : nullptr;
 }
 

@@ -150,6 +150,10 @@ private:
     V2Sm(Vel::Name name, Vel::Ptr<NetworkTopology::StatusV2 const> const & v2,
          Vel::Ptr<NetworkTopologyV3::Status> const & v3);
 
+    Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> edgeReactorDel(FromPort const & fromPort,
+                                                                   std::uint32_t hash);
+    // REQUIRES: something keeps this root alive.
+    void edgeReactorIs(Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const & edge);
     // The bound output, without a reference of its own: for as long as nothing is written. Null when unbound.
     NetworkTopologyV3::Status * output() const noexcept;
     // The version-3 host of that name; null for null, and where there is none.

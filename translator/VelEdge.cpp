@@ -6,8 +6,7 @@ namespace NetworkTopologyAggregator {
 
 V2Sm::VelEdge::VelEdge(Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const & edge, V2Sm * sm)
     : sm_(sm), key_(edge->fromPort()) {
-    firstNotifierIs(edge.get());
-    registeredIs(true);
+    follow(*edge);
     v3Edge_ = createV3Edge();
 }
 
@@ -22,11 +21,11 @@ void V2Sm::VelEdge::hasNotificationActiveIs(bool active) {
 
 void V2Sm::VelEdge::velDoZombieReactors(bool zombie) {
     if (zombie == velMarkedForDeletion()) return;
-    Vel::KeepAlive const keepThis(*this);
+    // A reactor that no counted reference holds has none to hand out, and needs none to stay.
+    Ptr const self = isCounted() ? this : nullptr;
     Vel::fetch(v3Edge_.get());
     if (notifier()) hasNotificationActiveIs(!zombie);
-    // A reactor that no counted reference holds has none to hand out.
-    if (sm_) isCounted() ? sm_->vel_handleEdge(this) : cleanup();
+    if (sm_) self ? sm_->vel_handleEdge(self) : cleanup();
     velMarkedForDeletionIs(zombie);
 }
 
@@ -90,7 +89,7 @@ void V2Sm::VelEdge::cleanup() {
     traced("void NetworkTopologyAggregator::V2Sm::VelEdge::cleanup()", "cleanup");
     NetworkTopology::DirectedEdgeV2 const * const edge = notifier();
     NetworkTopology::PortBaseV2 const * const fromPort = edge ? edge->fromPort().get() : nullptr;
-    NetworkTopology::HostV2 const * const host = fromPort ? fromPort->host() : nullptr;
+    NetworkTopology::HostV2 const * const host = fromPort ? fromPort->holder() : nullptr;
     if (!host || !sm_ || !v3Edge_) return;
     NetworkTopologyV3::Status * const status = sm_->output();
     if (!status || !status->findHost(host->name(), host->nameHash())) return;

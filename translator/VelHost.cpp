@@ -151,64 +151,75 @@ void V2Sm::VelHost::onMlagRawvelImmediate() {}
 // The registries
 
 template <class Reactor, class Input>
-[[gnu::always_inline]] inline Vel::Ptr<Reactor>
-V2Sm::VelHost::memberIs(Vel::HashMap<Reactor, Vel::Name, VelHost> & registry,
-                        Vel::Ptr<Input const> const & input, char const * nullText) {
-    if (!input) Vel::throwRangeException(nullText);
-    Vel::KeepAlive const keepThis(*this);
-    return reactorIs(registry, input, input->name(), this);
+Vel::Ptr<Reactor> V2Sm::VelHost::memberIs(Vel::HashMap<Reactor, Vel::Name, VelHost> & registry,
+                                          Vel::Ptr<Input const> const & input) {
+    return reactorIs(registry, input->nameHash(), input, input->name(), this);
+}
+
+template <class Reactor>
+void V2Sm::VelHost::memberDel(Vel::HashMap<Reactor, Vel::Name, VelHost> & registry, Vel::Name const & name) {
+    reactorDel(registry, name.reversedHash(), name);
 }
 
 Vel::Ptr<V2Sm::VelHost::VelPort>
 V2Sm::VelHost::newPort(Vel::Ptr<NetworkTopology::PortV2 const> const & port) {
     Vel::KeepAlive const keepThis(*this);
-    return newReactor(port_, port, this);
+    return newReactor(port_, port->nameHash(), port, this);
 }
 
 Vel::Ptr<V2Sm::VelHost::VelPortGroup>
 V2Sm::VelHost::newPortGroup(Vel::Ptr<NetworkTopology::PortGroupV2 const> const & portGroup) {
     Vel::KeepAlive const keepThis(*this);
-    return newReactor(portGroup_, portGroup, this);
+    return newReactor(portGroup_, portGroup->nameHash(), portGroup, this);
 }
 
 Vel::Ptr<V2Sm::VelHost::VelMlag>
 V2Sm::VelHost::newMlag(Vel::Ptr<NetworkTopology::MlagV2 const> const & mlag) {
     Vel::KeepAlive const keepThis(*this);
-    return newReactor(mlag_, mlag, this);
+    return newReactor(mlag_, mlag->nameHash(), mlag, this);
 }
 
 Vel::Ptr<V2Sm::VelHost::VelPort> V2Sm::VelHost::portIs(Vel::Ptr<NetworkTopology::PortV2 const> const & port) {
-    return memberIs(port_, port,
-                    "null _port parameter to mutator for NetworkTopologyAggregator::V2Sm::VelHost::port not "
-                    "allowed\"");
+    if (!port) {
+        Vel::throwRangeException("null _port parameter to mutator for "
+                                 "NetworkTopologyAggregator::V2Sm::VelHost::port not allowed\"");
+    }
+    Vel::KeepAlive const keepThis(*this);
+    return memberIs(port_, port);
 }
 
 Vel::Ptr<V2Sm::VelHost::VelPortGroup>
 V2Sm::VelHost::portGroupIs(Vel::Ptr<NetworkTopology::PortGroupV2 const> const & portGroup) {
-    return memberIs(portGroup_, portGroup,
-                    "null _portGroup parameter to mutator for "
-                    "NetworkTopologyAggregator::V2Sm::VelHost::portGroup not allowed\"");
+    if (!portGroup) {
+        Vel::throwRangeException("null _portGroup parameter to mutator for "
+                                 "NetworkTopologyAggregator::V2Sm::VelHost::portGroup not allowed\"");
+    }
+    Vel::KeepAlive const keepThis(*this);
+    return memberIs(portGroup_, portGroup);
 }
 
 Vel::Ptr<V2Sm::VelHost::VelMlag> V2Sm::VelHost::mlagIs(Vel::Ptr<NetworkTopology::MlagV2 const> const & mlag) {
-    return memberIs(mlag_, mlag,
-                    "null _mlag parameter to mutator for NetworkTopologyAggregator::V2Sm::VelHost::mlag not "
-                    "allowed\"");
+    if (!mlag) {
+        Vel::throwRangeException("null _mlag parameter to mutator for "
+                                 "NetworkTopologyAggregator::V2Sm::VelHost::mlag not allowed\"");
+    }
+    Vel::KeepAlive const keepThis(*this);
+    return memberIs(mlag_, mlag);
 }
 
 void V2Sm::VelHost::portDel(Vel::Name name) {
     Vel::KeepAlive const keepThis(*this);
-    reactorDel(port_, name);
+    memberDel(port_, name);
 }
 
 void V2Sm::VelHost::portGroupDel(Vel::Name name) {
     Vel::KeepAlive const keepThis(*this);
-    reactorDel(portGroup_, name);
+    memberDel(portGroup_, name);
 }
 
 void V2Sm::VelHost::mlagDel(Vel::Name name) {
     Vel::KeepAlive const keepThis(*this);
-    reactorDel(mlag_, name);
+    memberDel(mlag_, name);
 }
 
 void V2Sm::VelHost::portDel(PortIterator const & at) {
@@ -247,23 +258,23 @@ void V2Sm::VelHost::mlagDelAll() {
 void V2Sm::VelHost::onPort(Vel::Name name) {
     Vel::KeepAlive const keepThis(*this);
     port_.fetch(name.reversedHash());
-    reconcileKey<NetworkTopology::PortV2>([&] { return notifier(); },
-                                          [&] { return notifier()->findPort(name); },
-                                          [&](auto const & port) { portIs(port); }, [&] { portDel(name); });
+    reconcileKey<NetworkTopology::PortV2>(
+        [&] { return notifier(); }, [&] { return notifier()->findPort(name); },
+        [&](auto const & port) { memberIs(port_, port); }, [&] { memberDel(port_, name); });
 }
 
 void V2Sm::VelHost::onPortGroup(Vel::Name name) {
     Vel::KeepAlive const keepThis(*this);
     reconcileKey<NetworkTopology::PortGroupV2>(
         [&] { return notifier(); }, [&] { return notifier()->findPortGroup(name); },
-        [&](auto const & group) { portGroupIs(group); }, [&] { portGroupDel(name); });
+        [&](auto const & group) { memberIs(portGroup_, group); }, [&] { memberDel(portGroup_, name); });
 }
 
 void V2Sm::VelHost::onMlag(Vel::Name name) {
     Vel::KeepAlive const keepThis(*this);
-    reconcileKey<NetworkTopology::MlagV2>([&] { return notifier(); },
-                                          [&] { return notifier()->findMlag(name); },
-                                          [&](auto const & mlag) { mlagIs(mlag); }, [&] { mlagDel(name); });
+    reconcileKey<NetworkTopology::MlagV2>(
+        [&] { return notifier(); }, [&] { return notifier()->findMlag(name); },
+        [&](auto const & mlag) { memberIs(mlag_, mlag); }, [&] { memberDel(mlag_, name); });
 }
 
 void V2Sm::VelHost::reconcilePorts() {
@@ -272,9 +283,10 @@ void V2Sm::VelHost::reconcilePorts() {
     NamesAhead<NetworkTopology::PortV2> ahead;
     reconcile(
         host->port(), port_, [&] { return notifier() == host.get(); },
-        [&](Vel::Ptr<NetworkTopology::PortV2 const> const & port) { portIs(port); },
+        [&](Vel::Ptr<NetworkTopology::PortV2 const> const & port) { memberIs(port_, port); },
         [&](Vel::Name const & name) { return host->findPort(name) != nullptr; },
-        [&](Vel::Name const & name) { portDel(name); }, [&](auto const & walk) { ahead.fetch(walk); });
+        [&](Vel::Name const & name) { memberDel(port_, name); },
+        [&](auto const & walk) { ahead.fetch(walk); });
 }
 
 void V2Sm::VelHost::reconcilePortGroups() {
@@ -282,9 +294,9 @@ void V2Sm::VelHost::reconcilePortGroups() {
     Vel::Ptr<NetworkTopology::HostV2 const> const host = notifier();
     reconcile(
         host->portGroup(), portGroup_, [&] { return notifier() == host.get(); },
-        [&](Vel::Ptr<NetworkTopology::PortGroupV2 const> const & group) { portGroupIs(group); },
+        [&](Vel::Ptr<NetworkTopology::PortGroupV2 const> const & group) { memberIs(portGroup_, group); },
         [&](Vel::Name const & name) { return host->findPortGroup(name) != nullptr; },
-        [&](Vel::Name const & name) { portGroupDel(name); });
+        [&](Vel::Name const & name) { memberDel(portGroup_, name); });
 }
 
 void V2Sm::VelHost::reconcileMlags() {
@@ -292,9 +304,9 @@ void V2Sm::VelHost::reconcileMlags() {
     Vel::Ptr<NetworkTopology::HostV2 const> const host = notifier();
     reconcile(
         host->mlag(), mlag_, [&] { return notifier() == host.get(); },
-        [&](Vel::Ptr<NetworkTopology::MlagV2 const> const & mlag) { mlagIs(mlag); },
+        [&](Vel::Ptr<NetworkTopology::MlagV2 const> const & mlag) { memberIs(mlag_, mlag); },
         [&](Vel::Name const & name) { return host->findMlag(name) != nullptr; },
-        [&](Vel::Name const & name) { mlagDel(name); });
+        [&](Vel::Name const & name) { memberDel(mlag_, name); });
 }
 
 void V2Sm::VelHost::onPortvelImmediate() {

@@ -119,9 +119,12 @@ public:
     void ownerIs(V2Sm * owner) noexcept { owner_ = owner; }
 
 private:
+    // REQUIRES: something keeps this reactor alive.
     template <class Reactor, class Input>
     Vel::Ptr<Reactor> memberIs(Vel::HashMap<Reactor, Vel::Name, VelHost> & registry,
-                               Vel::Ptr<Input const> const & input, char const * nullText);
+                               Vel::Ptr<Input const> const & input);
+    template <class Reactor>
+    void memberDel(Vel::HashMap<Reactor, Vel::Name, VelHost> & registry, Vel::Name const & name);
     // Writes all attributes but the peer link, as long as there is something to read from and to write to.
     void copyAttributes();
     void reconcilePorts();
@@ -174,11 +177,11 @@ public:
     }
     virtual void velDoZombieReactors(bool zombie) {
         if (zombie == this->velMarkedForDeletion()) return;
-        Vel::KeepAlive const keepThis(*this);
+        // A reactor that no counted reference holds has none to hand out, and needs none to stay.
+        Ptr const self = this->isCounted() ? &reactor() : nullptr;
         Vel::fetch(output_.get());
         if (this->notifier()) this->hasNotificationActiveIs(!zombie);
-        // A reactor that no counted reference holds has none to hand out.
-        if (owner_) this->isCounted() ? reactor().handleRetirement() : reactor().cleanup();
+        if (owner_) self ? reactor().handleRetirement(self) : reactor().cleanup();
         this->velMarkedForDeletionIs(zombie);
     }
 
@@ -193,8 +196,7 @@ public:
 
 protected:
     Member(Vel::Ptr<Input const> const & input, VelHost * owner) : owner_(owner), key_(input->name()) {
-        this->firstNotifierIs(input.get());
-        this->registeredIs(true);
+        this->follow(*input);
     }
 
     // The translator; null once anyone on the way to it has let go.

@@ -29,7 +29,7 @@ public:
 private:
     friend Member;
     void writeLink() { onLocalPortGroup(); }
-    void handleRetirement() { owner()->vel_handleMlag(this); }
+    void handleRetirement(Ptr const & self) { owner()->vel_handleMlag(self); }
 };
 
 }  // namespace NetworkTopologyAggregator

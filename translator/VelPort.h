@@ -27,7 +27,7 @@ public:
 private:
     friend Member;
     void writeLink() { onPortGroup(); }
-    void handleRetirement() { owner()->vel_handlePort(this); }
+    void handleRetirement(Ptr const & self) { owner()->vel_handlePort(self); }
 };
 
 }  // namespace NetworkTopologyAggregator

@@ -36,7 +36,7 @@ public:
 private:
     friend Member;
     void writeLink() { onMlag(); }
-    void handleRetirement() { owner()->vel_handlePortGroup(this); }
+    void handleRetirement(Ptr const & self) { owner()->vel_handlePortGroup(self); }
 };
 
 }  // namespace NetworkTopologyAggregator

@@ -61,10 +61,11 @@ void V2Sm::VelV2::onLocalhost() {
 void V2Sm::VelV2::onEdge(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & fromPort) {
     Vel::KeepAlive const keepThis(*this);
     FromPort const key = fromPort;  // The caller's may live in what goes away meanwhile.
-    if (owner_) owner_->edge_.fetch(Vel::HashMapKey<FromPort>::hash(key));
+    std::uint32_t const hash = Vel::HashMapKey<FromPort>::hash(key);
+    if (owner_) owner_->edge_.fetch(hash);
     reconcileKey<NetworkTopology::DirectedEdgeV2>(
-        [&] { return owner_ && notifier(); }, [&] { return notifier()->findEdge(key); },
-        [&](auto const & edge) { owner_->edgeIs(edge); }, [&] { owner_->edgeDel(key); });
+        [&] { return owner_ && notifier(); }, [&] { return notifier()->findEdge(key, hash); },
+        [&](auto const & edge) { owner_->edgeIs(edge); }, [&] { owner_->edgeReactorDel(key, hash); });
 }
 
 void V2Sm::VelV2::onEdgevelImmediate() {
@@ -75,7 +76,7 @@ void V2Sm::VelV2::onEdgevelImmediate() {
     EdgeReactorsAhead edgesAhead(status->edge().size());
     reconcile(
         status->edge(), owner_->edge_, [&] { return owner_ && notifier() == status.get(); },
-        [&](Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const & edge) { owner_->edgeIs(edge); },
+        [&](Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const & edge) { owner_->edgeReactorIs(edge); },
         [&](FromPort const & fromPort) { return status->findEdge(fromPort) != nullptr; },
         [&](FromPort const & fromPort) { owner_->edgeDel(fromPort); },
         [&](auto const & walk) { edgesAhead.fetch(walk, owner_->output()); });

@@ -250,8 +250,8 @@ FAULTS = [
     Fault(
         "key-of-the-unbound",
         "translator/internal/Registry.h",
-        "auto const key = (*reactor)->collectionKey();",
-        "auto const key = (*reactor)->fwkKey();",
+        "auto const & key = (*reactor)->collectionKey();",
+        "auto const & key = (*reactor)->fwkKey();",
         "a reactor that has lost its object is not found under the key that it was entered with",
     ),
     Fault(

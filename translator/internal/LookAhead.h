@@ -101,7 +101,7 @@ public:
         std::array<NetworkTopology::HostV2 const *, kMost> hosts;
         std::array<NetworkTopologyV3::Host const *, kMost> hostsV3;
         auto host = hosts.begin();
-        for (auto const * const port : ports_) *host++ = port->host();
+        for (auto const * const port : ports_) *host++ = port->holder();
         auto hostV3 = hostsV3.begin();
         for (std::size_t i = 0; i < ports_.size(); ++i) {
             *hostV3++ = hosts[i] ? output.findHost(hosts[i]->name(), hosts[i]->nameHash()) : nullptr;

@@ -31,40 +31,41 @@ void retire(Reactor & reactor) {
     reactor.velDoZombieReactors(true);
 }
 
-// Makes a reactor on `input` and enters it under its key. REQUIRES: something keeps `owner` alive.
+// Makes a reactor on `input` and enters it under its key, which has that hash. REQUIRES: something keeps
+// `owner` alive.
 template <class Reactor, class Key, class Owner, class Input>
-Vel::Ptr<Reactor> newReactor(Vel::HashMap<Reactor, Key, Owner> & registry,
+Vel::Ptr<Reactor> newReactor(Vel::HashMap<Reactor, Key, Owner> & registry, std::uint32_t hash,
                              Vel::Ptr<Input const> const & input, Owner * owner) {
     std::uint32_t const modifications = registry.modificationCount();
     Vel::Ptr<Reactor> reactor = new Reactor(input, owner);
     reactor->hasNotificationActiveIs(true);
     if (registry.modificationCount() != modifications) [[unlikely]] {
-        if (Reactor * const present = registry[reactor->collectionKey()]) {
+        if (Reactor * const present = registry.find(hash, reactor->collectionKey())) {
             // The same object has been mirrored from inside the constructor. One reactor per key: the later
             // one goes, without taking the version-3 object with it.
             reactor->ownerIs(nullptr);
             return present;
         }
     }
-    registry.newMember(reactor);
+    registry.newMember(hash, reactor);
     return reactor;
 }
 
-// Makes sure that the reactor under `key` follows `input`: returns it as it is, rebinds it, or makes it.
-// Takes a reference of its own, because `key` may live in the object. REQUIRES: something keeps `owner`
-// alive.
+// Makes sure that the reactor under `key`, which has that hash, follows `input`: returns it as it is, rebinds
+// it, or makes it. Takes a reference of its own, because `key` may live in the object. REQUIRES: something
+// keeps `owner` alive.
 template <class Reactor, class Key, class Owner, class Input>
 [[gnu::always_inline]] inline Vel::Ptr<Reactor> reactorIs(Vel::HashMap<Reactor, Key, Owner> & registry,
-                                                          Vel::Ptr<Input const> input, Key const & key,
-                                                          Owner * owner) {
-    Vel::Ptr<Reactor> reactor = registry[key];
+                                                          std::uint32_t hash, Vel::Ptr<Input const> input,
+                                                          Key const & key, Owner * owner) {
+    Vel::Ptr<Reactor> reactor = registry.find(hash, key);
     if (!reactor) {
-        reactor = newReactor(registry, input, owner);
+        reactor = newReactor(registry, hash, input, owner);
     } else if (reactor->notifier() == input.get()) {
         return reactor;
     } else {
         reactor->notifierIs(input);
-        Vel::Ptr<Reactor> present = registry[key];
+        Vel::Ptr<Reactor> present = registry.find(hash, key);
         if (present != reactor) {
             retire(*reactor);
             return present;
@@ -74,11 +75,12 @@ template <class Reactor, class Key, class Owner, class Input>
     return reactor;
 }
 
-// Takes the reactor under `key` out, lets go of it and returns it; null when there is none.
+// Takes the reactor under `key`, which has that hash, out, lets go of it and returns it; null when there is
+// none.
 template <class Reactor, class Key, class Owner>
 [[gnu::always_inline]] inline Vel::Ptr<Reactor> reactorDel(Vel::HashMap<Reactor, Key, Owner> & registry,
-                                                           Key const & key) {
-    Vel::Ptr<Reactor> reactor = registry.deleteMember(key);
+                                                           std::uint32_t hash, Key const & key) {
+    Vel::Ptr<Reactor> reactor = registry.deleteMember(hash, key);
     if (reactor) retire(*reactor);
     return reactor;
 }
@@ -112,7 +114,7 @@ void reconcile(InputRange const & input, Registry & registry, GoOn const & goOn,
         add(*member);
     }
     for (auto reactor = registry.iterator(); reactor && goOn(); ++reactor) {
-        auto const key = (*reactor)->collectionKey();
+        auto const & key = (*reactor)->collectionKey();  // Which the walk keeps.
         if (!isInInput(key)) del(key);
     }
 }
