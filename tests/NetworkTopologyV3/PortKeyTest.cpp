@@ -189,6 +189,22 @@ TEST(PortKey, CanBeAskedForAgainWhenMemoryRanOut) {
     EXPECT_EQ(printed(port->portKey()), "/host/leaf-1/port/eth-1");
 }
 
+TEST(PortKey, OfAPortThatHasLeftCanBeAskedForAgainWhenMemoryRanOut) {
+    Vel::Ptr<Host> host = Status::StatusIs()->hostIs("a host name that no string keeps inside itself");
+    Vel::Ptr<Port> const port = host->portIs("eth-1");
+    host->portDel("eth-1");
+    host = nullptr;
+    {
+        TestSupport::FailingAllocations const failing;
+        EXPECT_THROW(port->portKey(), std::bad_alloc);
+        EXPECT_THROW(port->portKey(), std::bad_alloc);
+    }
+    EXPECT_EQ(printed(port->portKey()), "/host/a host name that no string keeps inside itself/port/eth-1");
+    TestSupport::AllocationCount const allocations;
+    EXPECT_FALSE(port->portKey().empty());
+    EXPECT_EQ(allocations.value(), 0U);
+}
+
 TEST(PortKey, OfAPortIsToldWhenThePortHasLeftAndWhenTheHostIsGone) {
     Vel::Ptr<Host> host = Status::StatusIs()->hostIs("leaf-1");
     Vel::Ptr<Port> const left = host->portIs("left");

@@ -5,12 +5,14 @@
 #include <random>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "tests/Vel/Members.h"
 #include "tests/support/Allocations.h"
+#include "tests/support/SmallStack.h"
 
 namespace VelTest {
 namespace {
@@ -228,6 +230,26 @@ TEST(HashMap2018, TracksItsEntriesUnderItsTag) {
     EXPECT_EQ(FlagMap::Node::velAllocTrackTypeInfo_->live(), 1U);
     EXPECT_EQ(NameMap::Node::velAllocTrackTypeInfo_->live(), 2U);
     EXPECT_NE(NameMap::Node::velAllocTrackTypeInfo_->typeName().find("ByName"), std::string::npos);
+}
+
+// Each holds the one before it.
+class Doll final : public Vel::PtrInterface, public Vel::AllocTracked<Doll> {
+public:
+    struct Inside {};
+    Vel::HashMap2018<Inside, Name, Ptr<Doll>> inside;
+};
+
+TEST(HashMap2018, EndsALongChainOfObjectsAndEntriesWithLittleStack) {
+    TestSupport::onASmallStack([] {
+        Ptr<Doll> outermost = new Doll;
+        for (int i = 0; i < 100'000; ++i) {
+            Ptr<Doll> const inner = std::exchange(outermost, new Doll);
+            outermost->inside.valueIs(Name("doll"), inner);
+        }
+        outermost = nullptr;
+    });
+    EXPECT_EQ(Doll::velAllocTrackTypeInfo_->live(), 0U);
+    EXPECT_EQ(decltype(Doll::inside)::Node::velAllocTrackTypeInfo_->live(), 0U);
 }
 
 // An object with a value collection, as the models have them.

@@ -1,6 +1,8 @@
 #include "platform/Vel/HashMap.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <random>
 #include <set>
@@ -357,6 +359,43 @@ TEST(HashMap, GrowsItsChainsWhenThereIsNoMemoryForBuckets) {
         EXPECT_GE(collection.bucketBits(), 1U);
         for (auto const & member : members)
             EXPECT_EQ(collection.deleteMember(member->collectionKey()), member);
+    }
+}
+
+TEST(HashMap, OfOneBucketLetsADestructorComeBackWhileItIsEmptied) {
+    std::function<void(ChosenCollection &)> const acts[] = {
+        [](ChosenCollection & collection) {
+            collection.add({7, 100});
+        },
+        [](ChosenCollection & collection) {
+            for (std::uint32_t i = 0; i < 100; ++i) collection.add({i << 25, 200 + i});
+            EXPECT_NE(collection.bucketBits(), 0U);
+        },
+        [](ChosenCollection & collection) {
+            collection.deleteMember({3U << 30, 3});
+        },
+        [](ChosenCollection & collection) { collection.emptyAllBuckets(); },
+        [](ChosenCollection & collection) {
+            for (std::uint32_t i = 0; i < 40; ++i) collection.add({i << 26, 200 + i});
+            collection.emptyAllBuckets();
+            collection.add({7, 100});
+        },
+    };
+    for (auto const & act : acts) {
+        ChosenCollection collection;
+        std::vector<Ptr<ChosenMember>> members;
+        for (std::uint32_t i = 0; i < 4; ++i) members.push_back(new ChosenMember({i << 30, i}));
+        members[1]->onDestruction = [&](ChosenMember &) { act(collection); };
+        {
+            TestSupport::FailingAllocations const failing;
+            for (auto const & member : members) collection.newMember(member);
+        }
+        EXPECT_EQ(collection.bucketBits(), 0U);
+        members.clear();
+        collection.emptyAllBuckets();
+        EXPECT_EQ(collection.size(), 0U);
+        EXPECT_EQ(collection.bucketBits(), 0U);
+        EXPECT_EQ(liveMembers<ChosenKey>(), 0U);
     }
 }
 

@@ -13,6 +13,7 @@
 
 #include "platform/Vel/AllocTrack.h"
 #include "platform/Vel/Exceptions.h"
+#include "platform/Vel/HashMap2018.h"
 #include "platform/Vel/Name.h"
 #include "platform/Vel/Ptr.h"
 #include "platform/Vel/Trace.h"
@@ -126,6 +127,20 @@ TEST(ThreadSafePtr, DestroysChainsOnEveryThreadAtOnce) {
         }
     });
     EXPECT_EQ(Shared::destructions, kThreads * 5 * 1000);
+}
+
+TEST(ThreadSafeValueCollection, CountsExactlyWhatFourThreadsCopyAndReleaseOfAnEntry) {
+    struct Flags {};
+    using Map = Vel::HashMap2018<Flags, Name, bool>;
+    Map map;
+    map.valueIs(Name("flag"), true);
+    Ptr<Map::Node> entry = map.valueDel(Name("flag"));
+    together([&](int) {
+        for (int i = 0; i < kRounds; ++i) Ptr<Map::Node> const copy = entry;
+    });
+    EXPECT_EQ(entry->references(), 1U);
+    entry = nullptr;
+    EXPECT_EQ(Map::Node::velAllocTrackTypeInfo_->live(), 0U);
 }
 
 TEST(ThreadSafeString, IsCopiedAndReleasedByFourThreads) {
