@@ -68,6 +68,7 @@ private:
 
     void hostDel() noexcept;
     void makeKey() const;
+    // REQUIRES: there is a host, or no key yet.
     Vel::String const & hostName() const noexcept;
     PortKey::Kind keyKind() const noexcept;
 

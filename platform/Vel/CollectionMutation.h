@@ -55,7 +55,7 @@ struct CollectionMutation {
                                  On const & on) {
         Ptr<Member> member = leave(map, key);
         if (member) {
-            member->fetchReactors();
+            member->fetchReactors();  // Whoever hears of this mostly lets go of them.
             notifyOfKey(model, key, on);
         }
         return member;
