@@ -150,6 +150,8 @@ struct alignas(512) Slab {
     }
 };
 
+static_assert(std::has_single_bit(sizeof(Slab)));
+
 struct Chunk {
     ListLink<Chunk> link;  // In the list of those with a free slab.
     Chunk * nextOfAll;

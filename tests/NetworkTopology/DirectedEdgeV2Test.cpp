@@ -1,6 +1,8 @@
 #include "platform/NetworkTopology/DirectedEdgeV2.h"
 
+#include <cstdint>
 #include <optional>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -15,6 +17,7 @@ using NetworkTopology::HostV2;
 using NetworkTopology::PortBaseV2;
 using NetworkTopology::PortGroupV2;
 using NetworkTopology::PortV2;
+using NetworkTopology::StatusV2;
 
 class Edge : public testing::Test {
 protected:
@@ -31,6 +34,19 @@ TEST_F(Edge, CountsItsEnds) {
     EXPECT_EQ(to_->references(), 2U);
     edge_->toPortDel(to_);
     EXPECT_EQ(to_->references(), 1U);
+}
+
+TEST(EdgeOfAnyPort, KnowsTheHashOfItsKey) {
+    using Key = Vel::Ptr<PortBaseV2 const>;
+    auto const status = StatusV2::StatusV2Is();
+    for (Key const & fromPort : {Key(PortV2::PortV2Is("x")), Key()}) {
+        auto const edge = DirectedEdgeV2::DirectedEdgeV2Is(fromPort);
+        std::uint32_t const hash = Vel::HashMapKey<Key>::hash(fromPort);
+        EXPECT_EQ(edge->fromPortHash(), hash);
+        status->edgeIs(edge);
+        EXPECT_EQ(edge->fromPortHash(), hash);
+        EXPECT_EQ(std::as_const(*status).findEdge(fromPort, hash), edge.get());
+    }
 }
 
 TEST_F(Edge, TellsAbsenceFromAFlagThatIsFalse) {
