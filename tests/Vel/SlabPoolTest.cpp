@@ -38,6 +38,13 @@ protected:
     static void cellsDel(std::vector<std::byte *> const & cells, std::size_t size) {
         for (std::byte * const cell : cells) SlabPool::cellDel(cell, size);
     }
+    static void expectAligned(std::vector<std::byte *> const & cells, std::size_t alignment,
+                              std::size_t size) {
+        for (std::byte * const cell : cells) {
+            EXPECT_EQ(reinterpret_cast<std::uintptr_t>(cell) % alignment, 0U) << size;
+        }
+    }
+    static constexpr std::size_t kCacheLine = 64;
     static constexpr std::size_t kChunk = std::size_t{2} << 20;
     static constexpr std::size_t kSlab = std::size_t{64} << 10;
     // Whole cache lines, which cells of this size are anyway, and a size that no other test uses.
@@ -55,35 +62,23 @@ TEST_F(Pool, PutsCellsOfOneSizeSideBySide) {
 TEST_F(Pool, AlignsCellsOfAnySizeAndRoundsThemUp) {
     for (std::size_t size = 1; size <= SlabPool::kLargestCell + 1; ++size) {
         auto const made = cells(3, size);
-        for (std::byte * const cell : made) {
-            EXPECT_EQ(reinterpret_cast<std::uintptr_t>(cell) % SlabPool::kAlignment, 0U) << size;
-        }
+        expectAligned(made, SlabPool::kAlignment, size);
         cellsDel(made, size);
     }
 }
 
 TEST_F(Pool, GivesWhatNearlyFillsACacheLineAWholeOne) {
-    constexpr std::size_t kCacheLine = 64;
     for (std::size_t const size : {49, 56, 57, 64}) {
         auto const made = cells(50, size);
-        if (SlabPool::kPooled) {
-            for (std::byte * const cell : made) {
-                EXPECT_EQ(reinterpret_cast<std::uintptr_t>(cell) % kCacheLine, 0U) << size;
-            }
-        }
+        if (SlabPool::kPooled) expectAligned(made, kCacheLine, size);
         cellsDel(made, size);
     }
 }
 
 TEST_F(Pool, BeginsLargeCellsWithACacheLine) {
-    constexpr std::size_t kCacheLine = 64;
     for (std::size_t size = 129; size <= SlabPool::kLargestCell; size += 5) {
         auto const made = cells(3, size);
-        if (SlabPool::kPooled) {
-            for (std::byte * const cell : made) {
-                EXPECT_EQ(reinterpret_cast<std::uintptr_t>(cell) % kCacheLine, 0U) << size;
-            }
-        }
+        if (SlabPool::kPooled) expectAligned(made, kCacheLine, size);
         cellsDel(made, size);
     }
 }
@@ -92,11 +87,7 @@ TEST_F(Pool, AlignsWhatFillsAHugePageForOne) {
     constexpr std::size_t kHugePage = std::size_t{2} << 20;
     for (std::size_t const size : {kHugePage - 1, kHugePage, kHugePage + 1, 3 * kHugePage}) {
         auto const made = cells(2, size);
-        if (SlabPool::kPooled && size >= kHugePage) {
-            for (std::byte * const cell : made) {
-                EXPECT_EQ(reinterpret_cast<std::uintptr_t>(cell) % kHugePage, 0U) << size;
-            }
-        }
+        if (SlabPool::kPooled && size >= kHugePage) expectAligned(made, kHugePage, size);
         cellsDel(made, size);
     }
 }
