@@ -1,11 +1,15 @@
 #include "finder/PortBaseFinder.h"
 
 #include <array>
+#include <functional>
+#include <set>
+#include <utility>
 
 #include <gtest/gtest.h>
 
 #include "platform/NetworkTopology/StatusV2.h"
 #include "platform/NetworkTopologyV3/Status.h"
+#include "tests/support/DeepDestruction.h"
 #include "tests/support/VtableSlots.h"
 
 namespace {
@@ -180,6 +184,50 @@ TEST_F(PortBaseFinderTest, FindsNamesOfAnyBytes) {
         auto const counterpart = hostV3->portGroupIs(name);
         EXPECT_EQ(finder->find(wanted), counterpart);
     }
+}
+
+// What waits for its destruction: how many finders, and how many hosts.
+using Waiting = std::pair<std::uint64_t, std::uint64_t>;
+
+Waiting waiting() {
+    return {PortBaseFinder::velAllocTrackTypeInfo_->live(),
+            HostV2::velAllocTrackTypeInfo_->live() + NetworkTopologyV3::Host::velAllocTrackTypeInfo_->live()};
+}
+
+// With a result, and nobody else holding the hosts.
+PortBaseFinder::Ptr lastHolderOfItsHosts() {
+    HostV2::Ptr const hostV2 = HostV2::HostV2Is("a");
+    NetworkTopologyV3::Host::Ptr const hostV3 = NetworkTopologyV3::Status::StatusIs()->hostIs("a");
+    hostV3->portIs("x");
+    PortBaseFinder::Ptr finder = portBaseFinderFactory(hostV2, hostV3);
+    finder->find(hostV2->portIs("x"));
+    return finder;
+}
+
+// Holds a finder as one, which then ends in place.
+class Holder final : public Vel::PtrInterface {
+public:
+    explicit Holder(PortBaseFinder::Ptr finder) : finder_(std::move(finder)) {}
+
+private:
+    PortBaseFinder::Ptr const finder_;
+};
+
+// What waited after the release of such an object below some number of destructors.
+std::set<Waiting> seenAfterReleases(std::function<Vel::Ptr<Vel::PtrInterface>()> const & make) {
+    std::set<Waiting> seen;
+    for (unsigned depth = 0; depth < 40; ++depth) {
+        TestSupport::releaseDeep(depth, make(), [&seen] { seen.insert(waiting()); });
+        EXPECT_EQ(waiting(), Waiting(0, 0)) << "depth " << depth;
+    }
+    return seen;
+}
+
+TEST(PortBaseFinder, TakesItsHostsAlongHoweverDeepItEnds) {
+    // Nothing, the hosts, and all of them.
+    std::set<Waiting> const expected{{0, 0}, {0, 2}, {1, 2}};
+    EXPECT_EQ(seenAfterReleases([] { return new Holder(lastHolderOfItsHosts()); }), expected);
+    EXPECT_EQ(seenAfterReleases([] { return lastHolderOfItsHosts(); }), expected);
 }
 
 TEST(PortBaseFinder, KeepsTheOrderOfItsVirtualOperations) {
