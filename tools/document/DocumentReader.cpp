@@ -33,7 +33,7 @@ void requireEmpty(GenericIf const & root, ObjectShape const & shape) {
             auto const members = root.members(member.name());
             holds = members.begin() != members.end();
         } else {
-            GenericIf const value = root.operate({Vel::kRead, member.attr}, {});
+            GenericIf const value = member.read(root);
             holds = !value.isNull() && value != member.defaultValue;
         }
         if (holds) {

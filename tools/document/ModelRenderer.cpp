@@ -53,14 +53,14 @@ void ModelRenderer::object(GenericIf const & object, ObjectShape const & shape, 
         PathStep const here{at, member.name()};
         switch (member.kind) {
         case MemberShape::Kind::value: {
-            GenericIf const value = object.operate({Vel::kRead, member.attr}, {});
+            GenericIf const value = member.read(object);
             if (value == member.defaultValue) break;
             sink_.name(member.name());
             this->value(value, &here);
             break;
         }
         case MemberShape::Kind::reference: {
-            auto const path = pathOf_(object.operate({Vel::kRead, member.attr}, {}));
+            auto const path = pathOf_(member.read(object));
             if (!path) break;
             sink_.name(member.name());
             reference(path, &here);
@@ -81,10 +81,8 @@ void ModelRenderer::object(GenericIf const & object, ObjectShape const & shape, 
 
 void ModelRenderer::member(GenericIf const & owner, MemberShape const & member, PathStep const * at) {
     switch (member.kind) {
-    case MemberShape::Kind::value: value(owner.operate({Vel::kRead, member.attr}, {}), at); break;
-    case MemberShape::Kind::reference:
-        reference(pathOf_(owner.operate({Vel::kRead, member.attr}, {})), at);
-        break;
+    case MemberShape::Kind::value: value(member.read(owner), at); break;
+    case MemberShape::Kind::reference: reference(pathOf_(member.read(owner)), at); break;
     case MemberShape::Kind::collection:
     case MemberShape::Kind::valueCollection: entries(entries(owner, member, at), member, at); break;
     }

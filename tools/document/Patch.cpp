@@ -5,10 +5,10 @@
 #include <span>
 #include <utility>
 
-#include "tools/document/ModelRenderer.h"
 #include "tools/document/Resolver.h"
 #include "tools/document/ValueApplier.h"
 #include "tools/document/ValueChecker.h"
+#include "tools/document/ValueComparer.h"
 #include "tools/document/ValueForm.h"
 #include "tools/json/JsonPointer.h"
 
@@ -18,10 +18,10 @@ using Vel::GenericIf;
 using Kind = MemberShape::Kind;
 using KeyKind = MemberShape::KeyKind;
 
-enum class Verb : std::uint8_t { add, remove, replace, test };
+enum class Op : std::uint8_t { add, remove, replace, test };
 
 struct ModelPatcher::Operation {
-    Verb verb;
+    Op op;
     std::string const & fileName;
     std::string const & path;
     TextPosition pathPosition;
@@ -53,8 +53,8 @@ struct ModelPatcher::Place {
 
 namespace {
 
-constexpr std::pair<std::string_view, Verb> verbs[] = {
-    {"add", Verb::add}, {"remove", Verb::remove}, {"replace", Verb::replace}, {"test", Verb::test}};
+constexpr std::pair<std::string_view, Op> ops[] = {
+    {"add", Op::add}, {"remove", Op::remove}, {"replace", Op::replace}, {"test", Op::test}};
 
 JsonValue const & requiredMember(JsonValue const & operation, std::string_view name,
                                  std::string const & fileName) {
@@ -68,164 +68,15 @@ JsonValue const & requiredMember(JsonValue const & operation, std::string_view n
                          "\"; found none");
 }
 
-std::string const & requiredString(JsonValue const & operation, std::string_view name,
-                                   std::string const & fileName) {
+JsonValue const & requiredString(JsonValue const & operation, std::string_view name,
+                                 std::string const & fileName) {
     JsonValue const & value = requiredMember(operation, name, fileName);
-    if (value.isString()) return value.string();
+    if (value.isString()) return value;
     throw InputError(fileName, value.position(),
                      "expected a string as \"" + std::string(name) + "\"; found " + foundValue(value));
 }
 
-GenericIf lookUp(GenericIf const & owner, MemberShape const & collection, GenericIf const & key) {
-    return owner.operate({Vel::kLookUp, collection.attr}, {&key, 1});
-}
-
-std::string nounFor(MemberShape const & collection) {
-    return collection.element ? withArticle(shortName(collection.type())) : "an entry";
-}
-
 bool isBlank(std::string_view line) { return line.find_first_not_of(" \t\r") == std::string_view::npos; }
-
-// Compares a live model with what an operation expects there.
-class Comparison {
-public:
-    Comparison(GenericIf const & root, DocumentShape const & shape, std::string const & fileName,
-               std::string const & base)
-        : root_(root), shape_(shape), resolver_(root, shape), fileName_(fileName), base_(base) {}
-
-    void member(GenericIf const & owner, MemberShape const & member, JsonValue const & expected,
-                PathStep const * at) {
-        switch (member.kind) {
-        case Kind::value: value(owner.operate({Vel::kRead, member.attr}, {}), member, expected, at); break;
-        case Kind::reference: reference(owner.operate({Vel::kRead, member.attr}, {}), expected, at); break;
-        case Kind::collection:
-        case Kind::valueCollection: collection(owner, member, expected, at); break;
-        }
-    }
-
-    void entry(GenericIf const & live, MemberShape const & collection, JsonValue const & expected,
-               PathStep const * at) {
-        if (collection.element)
-            object(live, *collection.element, expected, at);
-        else if (collection.holdsReferences)
-            reference(live, expected, at);
-        else
-            value(live, collection, expected, at);
-    }
-
-private:
-    [[noreturn]] void fail(JsonValue const & expected, std::string const & found, PathStep const * at) const {
-        fail(expected.position(), foundValue(expected), found, at);
-    }
-    [[noreturn]] void fail(TextPosition position, std::string const & expected, std::string const & found,
-                           PathStep const * at) const {
-        throw InputError(fileName_, position, "test failed: expected " + expected + "; found " + found,
-                         pointerTo(at, base_));
-    }
-
-    // The document's path of a live object. Only where a null, or nothing, is expected, or a test has failed,
-    // is a walk over the model needed.
-    std::optional<std::string> path(GenericIf const & object) {
-        if (object.isNull()) return std::nullopt;
-        if (!paths_) paths_.emplace(root_, shape_);
-        return paths_->path(object);
-    }
-    std::string found(GenericIf const & object) {
-        auto const pointer = path(object);
-        return pointer ? quotedText(*pointer) : "null";
-    }
-
-    void value(GenericIf const & live, MemberShape const & member, JsonValue const & expected,
-               PathStep const * at) {
-        if (valueFromJson(expected, member.type()) == live) return;
-        bool const isText =
-            live.type() != Vel::VelTypeOf<bool>::record && live.type() != Vel::VelTypeOf<unsigned>::record;
-        fail(expected, isText ? quotedText(live.strRep()) : live.strRep(), at);
-    }
-
-    void reference(GenericIf const & live, JsonValue const & expected, PathStep const * at) {
-        if (expected.isString()) {
-            try {
-                if (!live.isNull() && resolver_.object(expected.string()) == live) return;
-            } catch (JsonPointerError const &) {
-                // Then it is not where the live object is.
-            }
-        } else if (expected.isNull() && !path(live)) {
-            return;
-        }
-        fail(expected, found(live), at);
-    }
-
-    void object(GenericIf const & live, ObjectShape const & shape, JsonValue const & expected,
-                PathStep const * at) {
-        requireObject(expected, at);
-        for (JsonMember const & given : expected.members()) {
-            PathStep const here{at, given.name};
-            MemberShape const * const known = shape.member(given.name);
-            if (!known) fail(given.position, foundValue(given.value), "nothing", &here);
-            member(live, *known, given.value, &here);
-        }
-        for (MemberShape const & member : shape.members) {
-            PathStep const here{at, member.name()};
-            if (!expected.member(member.name())) requireDefault(live, member, expected.position(), &here);
-        }
-    }
-
-    void requireDefault(GenericIf const & owner, MemberShape const & member, TextPosition position,
-                        PathStep const * at) {
-        switch (member.kind) {
-        case Kind::value: {
-            GenericIf const live = owner.operate({Vel::kRead, member.attr}, {});
-            if (live != member.defaultValue) fail(position, "nothing", quotedText(live.strRep()), at);
-            break;
-        }
-        case Kind::reference: {
-            GenericIf const live = owner.operate({Vel::kRead, member.attr}, {});
-            if (auto const pointer = path(live)) fail(position, "nothing", quotedText(*pointer), at);
-            break;
-        }
-        case Kind::collection:
-        case Kind::valueCollection: requireNoOther(owner, member, nullptr, position, at); break;
-        }
-    }
-
-    void collection(GenericIf const & owner, MemberShape const & member, JsonValue const & expected,
-                    PathStep const * at) {
-        requireObject(expected, at);
-        for (JsonMember const & given : expected.members()) {
-            PathStep const here{at, given.name};
-            auto const key = resolver_.key(member, given.name);
-            if (!key || !holdsKey(owner, member, *key)) {
-                fail(given.position, foundValue(given.value), "nothing", &here);
-            }
-            entry(lookUp(owner, member, *key), member, given.value, &here);
-        }
-        requireNoOther(owner, member, &expected, expected.position(), at);
-    }
-
-    // Every entry that the document shows is a member of `expected`, or there is none.
-    void requireNoOther(GenericIf const & owner, MemberShape const & member, JsonValue const * expected,
-                        TextPosition position, PathStep const * at) {
-        for (auto const & entry : owner.members(member.name())) {
-            auto const key =
-                member.keyKind == KeyKind::object ? path(entry.key()) : member.keyText(entry.key());
-            if (!key || (expected && expected->member(*key))) continue;
-            PathStep const here{at, *key};
-            fail(position, "nothing", nounFor(member), &here);
-        }
-    }
-
-    void requireObject(JsonValue const & expected, PathStep const * at) const {
-        if (!expected.isObject()) fail(expected, "an object", at);
-    }
-
-    GenericIf const & root_;
-    DocumentShape const & shape_;
-    Resolver const resolver_;
-    std::string const & fileName_;
-    std::string const & base_;
-    std::optional<ObjectPaths> paths_;
-};
 
 }  // namespace
 
@@ -238,31 +89,30 @@ bool ModelPatcher::applyLine(std::string_view line, std::string const & fileName
 }
 
 void ModelPatcher::apply(JsonValue const & json, std::string const & fileName) {
-    std::string const & verbName = requiredString(json, "op", fileName);
-    auto const verb =
-        std::find_if(std::begin(verbs), std::end(verbs), [&](auto const & v) { return v.first == verbName; });
-    if (verb == std::end(verbs)) {
-        throw InputError(fileName, json.member("op")->value.position(),
+    JsonValue const & opName = requiredString(json, "op", fileName);
+    auto const op = std::find_if(std::begin(ops), std::end(ops),
+                                 [&](auto const & v) { return v.first == opName.string(); });
+    if (op == std::end(ops)) {
+        throw InputError(fileName, opName.position(),
                          "expected one of add, remove, replace, test as \"op\"; found " +
-                             quotedText(verbName));
+                             quotedText(opName.string()));
     }
-    std::string const & path = requiredString(json, "path", fileName);
-    TextPosition const pathPosition = json.member("path")->value.position();
-    Operation operation{verb->second, fileName, path, pathPosition, {}};
+    JsonValue const & path = requiredString(json, "path", fileName);
+    Operation operation{op->second, fileName, path.string(), path.position(), {}};
     try {
-        operation.tokens = parseJsonPointer(path);
+        operation.tokens = parseJsonPointer(operation.path);
     } catch (JsonPointerError const & wrong) {
-        throw InputError(fileName, pathPosition, wrong.what());
+        throw InputError(fileName, operation.pathPosition, wrong.what());
     }
     if (operation.tokens.empty()) throw operation.error("a path below the root of the document", "\"\"");
-    if (operation.verb != Verb::remove) operation.value = &requiredMember(json, "value", fileName);
+    if (operation.op != Op::remove) operation.value = &requiredMember(json, "value", fileName);
 
     Place const place = this->place(operation);
-    switch (operation.verb) {
-    case Verb::add:
-    case Verb::replace: set(operation, place); break;
-    case Verb::remove: remove(operation, place); break;
-    case Verb::test: test(operation, place); break;
+    switch (operation.op) {
+    case Op::add:
+    case Op::replace: set(operation, place); break;
+    case Op::remove: remove(operation, place); break;
+    case Op::test: test(operation, place); break;
     }
 }
 
@@ -286,8 +136,9 @@ ModelPatcher::Place ModelPatcher::place(Operation const & operation) const {
             throw operation.error("the path to end at " + operation.pathUpTo(at + 2), "more");
         }
         auto const key = resolver.key(*member, tokens[at + 1]);
-        owner = key ? lookUp(owner, *member, *key) : GenericIf();
-        if (owner.isNull()) throw operation.errorAt(operation.pathUpTo(at + 2), nounFor(*member), "nothing");
+        owner = key ? member->lookUp(owner, *key) : GenericIf();
+        if (owner.isNull())
+            throw operation.errorAt(operation.pathUpTo(at + 2), member->expectedEntry(), "nothing");
         shape = member->element;
     }
 }
@@ -322,7 +173,7 @@ void ModelPatcher::setEntry(Operation const & operation, Place const & place) {
     Resolver const live(root_, shape_);
     GenericIf const key = *live.key(collection, *place.key);
     bool const isThere = holdsKey(place.owner, collection, key);
-    if (operation.verb == Verb::replace && !isThere) throw operation.error(nounFor(collection), "nothing");
+    if (operation.op == Op::replace && !isThere) throw operation.error(collection.expectedEntry(), "nothing");
     checker.entry(*operation.value, collection, *place.key);
 
     ValueApplier applier(live);
@@ -332,7 +183,7 @@ void ModelPatcher::setEntry(Operation const & operation, Place const & place) {
         applier.make(place.owner, collection, *place.key, *operation.value);
     } else {
         if (collection.holdsTargets) {
-            noteDeparting(lookUp(place.owner, collection, key), *collection.element, operation.path);
+            noteDeparting(collection.lookUp(place.owner, key), *collection.element, operation.path);
         }
         GenericIf const made = applier.makeApart(collection, key, *operation.value);
         place.owner.operate({Vel::kAdd, collection.attr}, {&made, 1});
@@ -354,14 +205,13 @@ void ModelPatcher::remove(Operation const & operation, Place const & place) {
 
 void ModelPatcher::removeAll(Operation const & operation, Place const & place) {
     MemberShape const & collection = *place.member;
-    if (collection.element) {
+    if (collection.holdsTargets) {
         for (auto const & entry : place.owner.members(collection.name())) {
-            if (!collection.holdsTargets) break;
             noteDeparting(entry.object(), *collection.element,
                           joinJsonPointer(operation.path, collection.keyText(entry.key())));
         }
-        if (isKeyedByDeparted(collection)) departed_.clear();
     }
+    if (isKeyedByDeparted(collection)) departed_.clear();
     place.owner.call(std::string(collection.name()) + "DelAll", std::span<GenericIf const>());
 }
 
@@ -370,20 +220,22 @@ void ModelPatcher::removeEntry(Operation const & operation, Place const & place)
     auto key = Resolver(root_, shape_).key(collection, *place.key);
     if (!key || !holdsKey(place.owner, collection, *key)) {
         key = isKeyedByDeparted(collection) ? takeDeparted(collection, *place.key) : std::nullopt;
-        if (!key) throw operation.error(nounFor(collection), "nothing");
+        if (!key) throw operation.error(collection.expectedEntry(), "nothing");
     } else if (collection.holdsTargets) {
-        noteDeparting(lookUp(place.owner, collection, *key), *collection.element, operation.path);
+        noteDeparting(collection.lookUp(place.owner, *key), *collection.element, operation.path);
     }
     place.owner.operate({Vel::kRemove, collection.attr}, {&*key, 1});
 }
 
 void ModelPatcher::test(Operation const & operation, Place const & place) const {
-    Comparison comparison(root_, shape_, operation.fileName, operation.path);
+    ValueComparer comparer(root_, shape_, operation.fileName, operation.path);
     MemberShape const & member = *place.member;
-    if (!place.key) return comparison.member(place.owner, member, *operation.value, nullptr);
+    if (!place.key) return comparer.member(place.owner, member, *operation.value);
     auto const key = Resolver(root_, shape_).key(member, *place.key);
-    if (!key || !holdsKey(place.owner, member, *key)) throw operation.error(nounFor(member), "nothing");
-    comparison.entry(lookUp(place.owner, member, *key), member, *operation.value, nullptr);
+    if (!key || !holdsKey(place.owner, member, *key)) {
+        throw operation.error(member.expectedEntry(), "nothing");
+    }
+    comparer.entry(member.lookUp(place.owner, *key), member, *operation.value);
 }
 
 bool ModelPatcher::isKeyedByDeparted(MemberShape const & collection) const {
@@ -396,7 +248,7 @@ void ModelPatcher::noteDeparting(GenericIf const & object, ObjectShape const & s
                                  std::string const & path) {
     for (MemberShape const & collection : shape_.root().members) {
         if (isKeyedByDeparted(collection) && shape.type->isA(*collection.attr->keyType()) &&
-            !lookUp(root_, collection, object).isNull()) {
+            !collection.lookUp(root_, object).isNull()) {
             departed_[path].push_back(object);
         }
     }

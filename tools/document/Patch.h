@@ -2,8 +2,9 @@
 //
 // Usage
 //     ModelPatcher patcher(Vel::GenericIf::of(status));
-//     for (std::size_t number = 1; std::getline(in, line); ++number) patcher.applyLine(line, "changes",
-//     number);
+//     for (std::size_t number = 1; std::getline(in, line); ++number) {
+//         patcher.applyLine(line, "changes.ndjson", number);
+//     }
 //
 // Operations
 //     add, replace, remove and test, below the root. Each is checked completely before it changes anything.

@@ -59,7 +59,7 @@ Target Resolver::target(std::vector<std::string> const & tokens) const {
             continue;
         }
         auto const key = this->key(*member, tokens[at + 1]);
-        live = live.isNull() || !key ? GenericIf() : live.operate({Vel::kLookUp, member->attr}, {&*key, 1});
+        live = live.isNull() || !key ? GenericIf() : member->lookUp(live, *key);
         if (live.isNull()) return {Target::Kind::absent, nullptr, {}};
     }
     return {Target::Kind::object, shape->type, isPlanned ? GenericIf() : live};

@@ -78,6 +78,8 @@ std::string MemberShape::keyText(Vel::GenericIf const & key) const {
     return keyKind == KeyKind::name ? std::string(key.as<Vel::Name>().view()) : key.strRep();
 }
 
+std::string MemberShape::expectedEntry() const { return element ? nounFor(type()) : "an entry"; }
+
 MemberShape const * ObjectShape::member(std::string_view name) const {
     auto const found =
         std::find_if(members.begin(), members.end(), [&](MemberShape const & m) { return m.name() == name; });
@@ -157,6 +159,11 @@ std::string_view shortName(VelType const & type) {
     std::string_view const name = type.name();
     std::size_t const colons = name.rfind("::");
     return colons == std::string_view::npos ? name : name.substr(colons + 2);
+}
+
+std::string nounFor(VelType const & type) {
+    std::string_view const name = shortName(type);
+    return (name.find_first_of("AEIOUaeiou") == 0 ? "an " : "a ") + std::string(name);
 }
 
 }  // namespace TopologyTools

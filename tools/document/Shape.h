@@ -56,6 +56,14 @@ struct MemberShape {
     std::string_view name() const { return attr->name(); }
     Vel::VelType const & type() const { return *attr->type(); }
     bool isCollection() const { return keyKind != KeyKind::none; }
+    // The attribute of `owner`. REQUIRES: a value or reference.
+    Vel::GenericIf read(Vel::GenericIf const & owner) const { return owner.operate({Vel::kRead, attr}, {}); }
+    // What the collection of `owner` holds under a key; null for nothing.
+    Vel::GenericIf lookUp(Vel::GenericIf const & owner, Vel::GenericIf const & key) const {
+        return owner.operate({Vel::kLookUp, attr}, {&key, 1});
+    }
+    // For messages: what a collection holds, as in "expected ...".
+    std::string expectedEntry() const;
     // The key that `text` stands for; nothing when it stands for none. REQUIRES: keys are names or values.
     std::optional<Vel::GenericIf> key(std::string_view text) const;
     // The reverse. REQUIRES: keys are names or values.
@@ -97,5 +105,7 @@ private:
 
 // The name of a type without its namespace, for messages.
 std::string_view shortName(Vel::VelType const & type);
+// The same with the article that it takes: "a PortV2", "an Edge".
+std::string nounFor(Vel::VelType const & type);
 
 }  // namespace TopologyTools

@@ -60,8 +60,7 @@ void ValueChecker::key(std::string_view key, TextPosition position, MemberShape 
                        PathStep const * at) const {
     Vel::VelType const & type = *collection.attr->keyType();
     if (collection.keyKind == MemberShape::KeyKind::object) {
-        target(std::string(key), position, type,
-               "a JSON Pointer to " + withArticle(shortName(type)) + " as key", at);
+        target(std::string(key), position, type, "a JSON Pointer to " + nounFor(type) + " as key", at);
     } else {
         // Two texts for one key would be two members in the document and one in the model.
         auto const known = collection.key(key);
@@ -82,7 +81,7 @@ void ValueChecker::requireObject(JsonValue const & json, PathStep const * at) co
 
 void ValueChecker::reference(JsonValue const & json, Vel::VelType const & wanted, PathStep const * at) const {
     if (json.isNull()) return;
-    std::string const expected = "a JSON Pointer to " + withArticle(shortName(wanted)) + ", or null";
+    std::string const expected = "a JSON Pointer to " + nounFor(wanted) + ", or null";
     if (!json.isString()) throw error(json.position(), expected, foundValue(json), at);
     target(json.string(), json.position(), wanted, expected, at);
 }
@@ -104,16 +103,9 @@ void ValueChecker::target(std::string const & text, TextPosition position, Vel::
         throw error(position, expected, quotedText(text) + ", which is no object of a collection", at);
     case Target::Kind::object:
         if (!found.type->isA(wanted)) {
-            throw error(position, expected,
-                        quotedText(text) + ", which is " + withArticle(shortName(*found.type)), at);
+            throw error(position, expected, quotedText(text) + ", which is " + nounFor(*found.type), at);
         }
     }
-}
-
-std::string withArticle(std::string_view noun) {
-    bool const vowel =
-        !noun.empty() && std::string_view("AEIOUaeiou").find(noun.front()) != std::string_view::npos;
-    return (vowel ? "an " : "a ") + std::string(noun);
 }
 
 }  // namespace TopologyTools

@@ -45,7 +45,4 @@ private:
     Resolver const & resolver_;
 };
 
-// "PortV2" with the article that it takes, for messages.
-std::string withArticle(std::string_view noun);
-
 }  // namespace TopologyTools

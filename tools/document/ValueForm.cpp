@@ -105,6 +105,11 @@ std::string foundValue(JsonValue const & json) {
     return "";
 }
 
+std::string foundValue(GenericIf const & value) {
+    bool const isBare = isBool(*value.type()) || isUnsigned(*value.type());
+    return isBare ? value.strRep() : quotedText(value.strRep());
+}
+
 nlohmann::ordered_json valueSchema(VelType const & type) {
     if (isBool(type)) return {{"type", "boolean"}};
     if (isUnsigned(type)) return {{"type", "integer"}, {"minimum", 0}, {"maximum", 4294967295U}};

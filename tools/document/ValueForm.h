@@ -26,6 +26,7 @@ std::optional<Vel::GenericIf> valueFromJson(JsonValue const & json, Vel::VelType
 std::string expectedValue(Vel::VelType const & type);
 // For messages: what was found instead.
 std::string foundValue(JsonValue const & json);
+std::string foundValue(Vel::GenericIf const & value);
 
 // JSON Schema of a value of `type`.
 nlohmann::ordered_json valueSchema(Vel::VelType const & type);

@@ -28,7 +28,7 @@ void write(ordered_json const & scalar, JsonSink & sink) {
         sink.null();
 }
 
-std::string_view verb(bool wasThere, bool isThere) {
+std::string_view op(bool wasThere, bool isThere) {
     if (!isThere) return "remove";
     return wasThere ? "replace" : "add";
 }
@@ -182,7 +182,7 @@ PatchOperation ModelRecorder::whole() const { return {"replace", "", root_->text
 
 void ModelRecorder::entityChanged(Node & owner, MemberShape const & collection, GenericIf const & key) {
     PlaceKey const place(&collection, collection.keyText(key));
-    GenericIf const object = owner.object.operate({Vel::kLookUp, collection.attr}, {&key, 1});
+    GenericIf const object = collection.lookUp(owner.object, key);
     std::unique_ptr<Node> gone;  // Until all is told: an identity in use is not given to another object.
     if (auto const found = owner.members.find(place); found != owner.members.end()) {
         if (found->second->object == object) return;
@@ -288,7 +288,7 @@ ModelRecorder::Place ModelRecorder::render(Node const & owner, MemberShape const
     ModelRenderer renderer(sink, pathOf_);
     PathStep const here{owner.at(), member.name()};
     if (!member.isCollection()) {
-        GenericIf const value = owner.object.operate({Vel::kRead, member.attr}, {});
+        GenericIf const value = member.read(owner.object);
         if (value == member.defaultValue) return {};
         renderer.member(owner.object, member, &here);
         ordered_json shown = sink.takeRoot();
@@ -299,7 +299,7 @@ ModelRecorder::Place ModelRecorder::render(Node const & owner, MemberShape const
     requireKey(member, key, &entry);
     GenericIf const modelKey = *member.key(key);
     if (!holdsKey(owner.object, member, modelKey)) return {};
-    GenericIf const value = owner.object.operate({Vel::kLookUp, member.attr}, {&modelKey, 1});
+    GenericIf const value = member.lookUp(owner.object, modelKey);
     renderer.entry(value, member, &entry);
     return {sink.takeRoot(), member.holdsReferences ? identityOf(value) : nullptr};
 }
@@ -320,7 +320,7 @@ void ModelRecorder::targetIs(Node & owner, Places::value_type & place, Identity 
 void ModelRecorder::tellAttribute(Node const & owner, MemberShape const & member, bool wasThere,
                                   std::optional<std::string> value) const {
     PathStep const here{owner.at(), member.name()};
-    tell_({verb(wasThere, value.has_value()), pointerTo(&here), std::move(value)});
+    tell_({op(wasThere, value.has_value()), pointerTo(&here), std::move(value)});
 }
 
 void ModelRecorder::tellEntry(Node const & owner, PlaceKey const & place, bool wasThere, bool isAlone,
@@ -329,7 +329,7 @@ void ModelRecorder::tellEntry(Node const & owner, PlaceKey const & place, bool w
     PathStep const entry{&collection, place.second};
     bool const isThere = value.has_value();
     if (isAlone && !wasThere) tell_({"add", pointerTo(&collection), "{}"});
-    tell_({verb(wasThere, isThere), pointerTo(&entry), std::move(value), true});
+    tell_({op(wasThere, isThere), pointerTo(&entry), std::move(value), true});
     if (isAlone && !isThere) tell_({"remove", pointerTo(&collection)});
 }
 

@@ -358,6 +358,12 @@ TEST_F(Patching, AFailingTestTellsWhereAndWhat) {
               "/host/a/logicalPort/z: expected an entry; found nothing");
 }
 
+TEST_F(Patching, AFailingTestShowsValuesAsTheDocumentDoes) {
+    EXPECT_EQ(apply("replace", "/host/b/hostnameAddedByOwner", "true"), "");
+    EXPECT_EQ(apply("test", "/host/b", R"({"port":{"x":{}}})"),
+              "changes:7:39: /host/b/hostnameAddedByOwner: test failed: expected nothing; found true");
+}
+
 TEST_F(Patching, WhatHasLeftTestsAsTheDocumentShowsIt) {
     EXPECT_EQ(apply("remove", "/host/b"), "");
     EXPECT_EQ(apply("remove", "/host/a/portGroup"), "");
