@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 #include "platform/Vel/GenericIf.h"
 #include "tools/document/ObjectPaths.h"

@@ -86,7 +86,7 @@ GenericIf NamedObjects::construct(VelType const & type, ConstructorWords const &
 
 GenericIf NamedObjects::byDefault(std::string_view where, VelArg const & arg,
                                   std::vector<std::string> const & places) const {
-    if (arg.type->kind() != VelType::Kind::object) return parsed(*arg.type, "topology-sync");
+    if (arg.type->kind() != VelType::Kind::object) return argument(where, arg, "topology-sync");
     ModelDocument const & document = documentOf(*arg.type);
     if (document.root().type() == arg.type) return document.root();
     bool isTold = false;

@@ -25,8 +25,8 @@ public:
     using Fill = std::function<void(Vel::GenericIf const & input)>;
 
     // Constructs the translator with what `words` say of its arguments; by default it translates between the
-    // two models here. Follows `fill`, or, not `attachedBefore`, meets what it has filled. Throws what the
-    // constructor does.
+    // two models here. It is made before `fill` (`attachedBefore`), and follows its changes, or after it, and
+    // meets a model that is full. Throws what the constructor does.
     NamedObjects(ConstructorWords const & words, Fill const & fill, bool attachedBefore);
 
     static Vel::VelType const & translatorType();
@@ -36,9 +36,9 @@ public:
 
     // The object of that type that is here already: a status or the translator; null when there is none.
     Vel::GenericIf present(Vel::VelType const & type) const;
-    // Constructs one. An object that `words` do not tell is the one of its type at, or above, a place that
-    // `words` or `places` name, and without such places one that the status itself refers to (the local
-    // host). Throws Vel::RangeException.
+    // Constructs one. An argument that `words` do not tell is, of objects, the one of its type at, or above,
+    // a place that `words` or `places` name, and without such places one that the status itself refers to
+    // (the local host); a text is the program's name. Throws Vel::RangeException.
     Vel::GenericIf construct(Vel::VelType const & type, ConstructorWords const & words,
                              std::vector<std::string> const & places) const;
 
