@@ -5,6 +5,16 @@
 #include "tools/check/EntryFollowing.h"
 
 namespace TopologyTools {
+namespace {
+
+// Makes what follows a host.
+auto makerOfFollowers(ExpectedOutput & output) {
+    return [&output](NetworkTopology::HostV2 const & host) {
+        return Vel::Ptr<HostFollower>(new HostFollower(output, host));
+    };
+}
+
+}  // namespace
 
 using NetworkTopology::DirectedEdgeV2;
 using NetworkTopology::HostV2;
@@ -97,16 +107,12 @@ Provenance Expectation::unfollowed(PortBaseV2 const * fromPort) const {
 
 void Expectation::hostChanged(Vel::Name const & name) {
     HostV2::PtrConst const host = input().host(name);
-    hosts_.changed(root(), textOf(name), host.get(), missedBy(), [this](HostV2 const & made) {
-        return Vel::Ptr<HostFollower>(new HostFollower(output_, made));
-    });
+    hosts_.changed(root(), textOf(name), host.get(), missedBy(), makerOfFollowers(output_));
 }
 
 void Expectation::followHosts(Rule missedBy) {
-    hosts_.resync(
-        root(), input().host(), missedBy,
-        [this](std::string const & name) { return input().host(Vel::Name(name)); },
-        [this](HostV2 const & made) { return Vel::Ptr<HostFollower>(new HostFollower(output_, made)); });
+    auto const lookup = [this](std::string const & name) { return input().host(Vel::Name(name)); };
+    hosts_.resync(root(), input().host(), missedBy, lookup, makerOfFollowers(output_));
 }
 
 void Expectation::localhostChanged() {

@@ -54,6 +54,7 @@ public:
 private:
     class StatusFollower;
 
+    // Why the translator does not hear of a change of the input now.
     Rule missedBy() const;
     void populate();
     void populateHost(NetworkTopology::HostV2 const & host);
