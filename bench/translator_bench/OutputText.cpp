@@ -7,10 +7,8 @@ namespace Bench {
 namespace {
 
 std::string textOf(OutputText::References const & references) {
-    std::set<std::string> entries;
-    for (auto const & [key, name] : references) entries.insert(' ' + key + ':' + name);
     std::string text;
-    for (auto const & entry : entries) text += entry;
+    for (auto const & [key, name] : references) text += ' ' + key + ':' + name;
     return text;
 }
 

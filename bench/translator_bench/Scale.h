@@ -57,7 +57,10 @@ template <class Subject>
 std::vector<Phase> phasesOf(unsigned hosts) {
     Fabric const fabric(hosts);
     std::optional<Subject> subject;
-    PhaseLog log(hosts, 10);
+    unsigned phases = 3;
+    forEachWorkload<Subject>(
+        [&]<class Workload>(std::type_identity<Workload>) { phases += Workload::kTranslated; });
+    PhaseLog log(hosts, phases);
     log.phase("load", fabric.ports(), [&] { return secondsOf([&] { subject.emplace(fabric); }); });
     log.phase("translate", fabric.ports(), [&] { return secondsOf([&] { subject->translate(); }); });
     forEachWorkload<Subject>([&]<class Workload>(std::type_identity<Workload>) {
