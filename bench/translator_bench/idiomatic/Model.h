@@ -58,7 +58,7 @@ typename Map::mapped_type memberIs(Map & map, typename Map::key_type const & key
                                    Changed const & changed) {
     auto const [at, isNew] = map.try_emplace(key);
     if (!isNew) return at->second;
-    auto const member = at->second = make();
+    auto member = at->second = make();
     changed(key);
     return member;
 }
