@@ -24,13 +24,14 @@ std::optional<std::uint32_t> number(std::string const & word) {
     return value;
 }
 
-// Pointers to a place and to all that it stands in, the innermost first. Empty for what is no pointer, and
-// for the document itself.
+// Pointers to the object at a place, or around it, and to all that this stands in, the innermost first. Empty
+// for what is no pointer, and for the document itself.
 std::vector<std::string> placesAbove(std::string const & pointer) {
     std::vector<std::string> all;
     try {
         std::vector<std::string> tokens = parseJsonPointer(pointer);
-        for (; tokens.size() >= 2; tokens.resize(tokens.size() - 2 + tokens.size() % 2)) {
+        // An object takes two: its collection and its key.
+        for (tokens.resize(tokens.size() / 2 * 2); !tokens.empty(); tokens.resize(tokens.size() - 2)) {
             all.push_back(formatJsonPointer(tokens));
         }
     } catch (JsonPointerError const &) {

@@ -142,7 +142,7 @@ void ExpectedOutput::adopted(ExpectedPtr const & object) {
     object->astray = {};
     object->boundIs(line_);
     for (auto & [attribute, cell] : object->attributes) {
-        if (attribute == "secondaryName") continue;
+        if (attribute == "secondaryName") continue;  // Which is given once, when the object is made.
         Rule const rule = attribute == "type"    ? Rule::typeUnwritten
                           : cell.value.is_null() ? Rule::linkUnwritten
                                                  : Rule::hostAttributeUnwritten;
