@@ -32,7 +32,7 @@
 
 namespace Bench {
 
-// What is timed, between the parts that are not.
+// Interrupts what is measured, the time and the counts of callgrind, for what is not.
 class Clock {
 public:
     explicit Clock(benchmark::State * state = nullptr) noexcept : state_(state) {}

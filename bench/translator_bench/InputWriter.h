@@ -6,6 +6,7 @@
 // model.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -78,10 +79,11 @@ public:
 
     // Heap of the writer itself; what the references and names in it refer to is the model's.
     std::size_t heapBytes() const {
-        return hosts_.capacity() * sizeof(Host) + ports_.capacity() * sizeof(Port) +
-               groups_.capacity() * sizeof(PortGroup) + edges_.capacity() * sizeof(Edge) +
-               hostNames_.capacity() * sizeof(Name) +
-               (hostnames_.capacity() + mlagDomainIds_.capacity()) * sizeof(Text);
+        auto const bytesOf = [](auto const &... vectors) {
+            return (... + (vectors.capacity() * sizeof(vectors[0])));
+        };
+        return bytesOf(hosts_, ports_, groups_, edges_, portNames_, groupNames_, mlagNames_,
+                       secondaryMlagNames_, hostNames_, hostnames_, mlagDomainIds_);
     }
 
 private:
