@@ -94,9 +94,9 @@ private:
     }
 
     void newPort(Fabric::Port at) {
-        Port const port = hosts_[at.host]->portIs(portNames_[at.number]);
+        Port & port = ports_[fabric_.index(at)];
+        port = hosts_[at.host]->portIs(portNames_[at.number]);
         port->typeIs(Input::kPort);
-        ports_[fabric_.index(at)] = port;
     }
     void membershipIs(Fabric::Port at) {
         auto const group = Fabric::groupOf(at.number);
@@ -108,10 +108,10 @@ private:
         Host const host = hosts_[h] = status_->hostIs(hostNames_[h]);
         for (unsigned p = 0; p < Fabric::kPorts; ++p) newPort({h, p});
         for (unsigned g = 0; g < Fabric::kGroups; ++g) {
-            PortGroup const group = host->portGroupIs(groupNames_[g]);
+            PortGroup & group = groups_[std::size_t{h} * Fabric::kGroups + g];
+            group = host->portGroupIs(groupNames_[g]);
             group->typeIs(Input::kPortGroup);
             host->logicalPortIs(groupNames_[g], group);
-            groups_[std::size_t{h} * Fabric::kGroups + g] = group;
         }
         for (unsigned m = 0; m < Fabric::kMlags; ++m) {
             typename Input::Mlag const mlag = host->mlagIs(mlagNames_[m], secondaryMlagNames_[m]);
@@ -129,9 +129,9 @@ private:
     }
 
     void edgeIs(Fabric::Port from) {
-        Edge const edge = status_->edgeIs(port(from));
+        Edge & edge = edges_[fabric_.index(from)];
+        edge = status_->edgeIs(port(from));
         edge->toPortIs(port(fabric_.otherEnd(from)), true);
-        edges_[fabric_.index(from)] = edge;
     }
     // The port's own edge, and the port as destination of that of the other end.
     void edgesAre(Fabric::Port at) {
