@@ -106,11 +106,13 @@ public:
     }
     // Bytes, unsigned, lexicographically.
     friend std::strong_ordering operator<=>(String const & a, String const & b) noexcept {
-        return a.view() <=> b.view();
+        return compare(a, b) <=> 0;
     }
-    friend bool operator<(String const & a, String const & b) noexcept { return a.view() < b.view(); }
+    friend bool operator<(String const & a, String const & b) noexcept { return compare(a, b) < 0; }
 
 private:
+    // Less than, equal to or greater than 0, as `a` is to `b`.
+    static int compare(String const & a, String const & b) noexcept;
     static Data * dataOf(std::string_view bytes) { return bytes.empty() ? nullptr : Data::newData(bytes); }
     void take() const noexcept {
         if (data_) data_->references_.referenceNew();

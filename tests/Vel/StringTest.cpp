@@ -192,6 +192,24 @@ TEST(String, OrdersByUnsignedBytes) {
     }
 }
 
+TEST(String, OrdersTextsOfEveryLengthAsTheirViews) {
+    std::mt19937 random(7);
+    for (int round = 0; round < 20'000; ++round) {
+        // Few different bytes, so that texts part late; some above 0x7f, and zeros.
+        auto const text = [&] {
+            std::string bytes(random() % 20, 'a');
+            for (char & byte : bytes) {
+                if (random() % 10 == 0) byte = "\0b\x80\xff"[random() % 4];
+            }
+            return bytes;
+        };
+        std::string const a = text();
+        std::string const b = random() % 4 == 0 ? a + text() : text();
+        EXPECT_EQ(String(a) <=> String(b), a <=> b) << testing::PrintToString(a) << testing::PrintToString(b);
+        EXPECT_EQ(String(a) < String(b), a < b) << testing::PrintToString(a) << testing::PrintToString(b);
+    }
+}
+
 TEST(String, PrintsItsBytes) {
     std::ostringstream out;
     out << String("a\0\n\xff"sv) << Name("n") << String();
