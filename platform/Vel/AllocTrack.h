@@ -27,17 +27,21 @@ namespace Vel {
 class VEL_EXPORT AllocTrackTypeInfo {
 public:
     // Counts one more object of the class whose record `*record` is; makes the record on first use. Throws
-    // std::bad_alloc, and has then counted nothing.
-    static void trackAllocation(AllocTrackTypeInfo ** record, std::type_info const & type,
-                                unsigned int size) {
+    // std::bad_alloc, and has then counted nothing. Callers that have looked already say whether pointers are
+    // thread-safe.
+    static void trackAllocation(AllocTrackTypeInfo ** record, std::type_info const & type, unsigned int size,
+                                bool threadSafe = VFPtrInterface::threadSafePointers_) {
         // Objects may be made on several threads where pointers are thread-safe; all of them find one record.
         std::atomic_ref<AllocTrackTypeInfo *> const known(*record);
         AllocTrackTypeInfo * counted = known.load(std::memory_order_acquire);
         if (!counted) [[unlikely]]
             known.store(counted = recordOf(type, size), std::memory_order_release);
-        countOne(counted->total_);
+        countOne(counted->total_, threadSafe);
     }
-    static void trackDeallocation(AllocTrackTypeInfo * record) noexcept { countOne(record->gone_); }
+    static void trackDeallocation(AllocTrackTypeInfo * record,
+                                  bool threadSafe = VFPtrInterface::threadSafePointers_) noexcept {
+        countOne(record->gone_, threadSafe);
+    }
 
     // The demangled name of the class.
     std::string const & typeName() const noexcept { return typeName_; }
@@ -57,8 +61,8 @@ private:
     static std::uint64_t loaded(std::uint64_t & counter) noexcept {
         return std::atomic_ref<std::uint64_t>(counter).load(std::memory_order_acquire);
     }
-    static void countOne(std::uint64_t & counter) noexcept {
-        if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
+    static void countOne(std::uint64_t & counter, bool threadSafe) noexcept {
+        if (threadSafe) [[unlikely]] {
             std::atomic_ref<std::uint64_t>(counter).fetch_add(1, std::memory_order_acq_rel);
         } else {
             ++counter;
@@ -81,19 +85,22 @@ class VEL_EXPORT AllocTracked {
 public:
     static void * operator new(std::size_t size) {
         static_assert(alignof(T) <= SlabPool::kAlignment, "cells are aligned for pointers");
-        AllocTrackTypeInfo::trackAllocation(&velAllocTrackTypeInfo_, typeid(T), static_cast<unsigned>(size));
+        bool const threadSafe = VFPtrInterface::threadSafePointers_;
+        AllocTrackTypeInfo::trackAllocation(&velAllocTrackTypeInfo_, typeid(T), static_cast<unsigned>(size),
+                                            threadSafe);
         try {
-            return SlabPool::cell(size);
+            return SlabPool::cell(size, threadSafe);
         } catch (...) {
-            trackDeallocation();
+            trackDeallocation(threadSafe);
             throw;
         }
     }
     static void * operator new(std::size_t, void * storage) noexcept { return storage; }
     // Runs after the destructor, and when a constructor has thrown.
     static void operator delete(void * storage, std::size_t size) noexcept {
-        SlabPool::cellDel(storage, size);
-        trackDeallocation();
+        bool const threadSafe = VFPtrInterface::threadSafePointers_;
+        SlabPool::cellDel(storage, size, threadSafe);
+        trackDeallocation(threadSafe);
     }
     static void operator delete(void *, void *) noexcept {}
 
@@ -104,9 +111,9 @@ protected:
     ~AllocTracked() = default;
 
 private:
-    static void trackDeallocation() noexcept {
+    static void trackDeallocation(bool threadSafe) noexcept {
         std::atomic_ref<AllocTrackTypeInfo *> const known(velAllocTrackTypeInfo_);
-        AllocTrackTypeInfo::trackDeallocation(known.load(std::memory_order_acquire));
+        AllocTrackTypeInfo::trackDeallocation(known.load(std::memory_order_acquire), threadSafe);
     }
 };
 

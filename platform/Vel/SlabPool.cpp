@@ -130,14 +130,17 @@ struct alignas(512) Slab {
     std::uint32_t cellsNew(void ** taken, std::uint32_t most) noexcept {
         while (freeCells[firstWord] == 0) ++firstWord;
         std::uint64_t free = freeCells[firstWord];
-        std::uint32_t const count = std::min(static_cast<std::uint32_t>(std::popcount(free)), most);
         std::byte * const first = cells + std::size_t{firstWord} * kCellsPerWord * cellBytes;
-        for (void ** cell = taken + count; cell != taken; free &= free - 1) {
-            *--cell = first + static_cast<unsigned>(std::countr_zero(free)) * std::size_t{cellBytes};
-        }
+        std::uint32_t left = most;
+        do {
+            // Not std::countr_zero, which tests first whether there is a bit.
+            taken[--left] = first + static_cast<unsigned>(__builtin_ctzll(free)) * std::size_t{cellBytes};
+            free &= free - 1;
+        } while (free != 0 && left != 0);
         freeCells[firstWord] = free;
-        cellsInUse += count;
-        return count;
+        cellsInUse += most - left;
+        if (left != 0) std::copy(taken + left, taken + most, taken);
+        return most - left;
     }
     void cellDel(void * storage) noexcept {
         auto const offset = static_cast<std::uint64_t>(static_cast<std::byte *>(storage) - cells);
@@ -197,11 +200,10 @@ public:
     }
     void cellDel(void * cell) noexcept {
         Slab & slab = Chunk::of(cell).slabOf(cell);
-        if (slab.isFull()) [[unlikely]]
-            noLongerFull(slab);
+        bool const full = slab.isFull();
         slab.cellDel(cell);
-        if (slab.cellsInUse == 0) [[unlikely]]
-            empty(slab);
+        if (full || slab.cellsInUse == 0) [[unlikely]]
+            place(slab, full);
     }
     // Without a cell in use nothing is held.
     void release() noexcept {
@@ -225,16 +227,15 @@ public:
 
 private:
     List<Slab> & listOf(Slab const & slab) noexcept { return slabs_[slab.cellBytes / kGranule]; }
-    // Of the slabs without a cell in use the first one of a size stays, so that one cell that comes and goes
-    // costs no slab.
-    [[gnu::noinline]] void noLongerFull(Slab & slab) noexcept {
+    // Puts a slab where it belongs that was full or is empty now. Of the slabs without a cell in use the
+    // first one of a size stays, so that one cell that comes and goes costs no slab.
+    [[gnu::noinline]] void place(Slab & slab, bool wasFull) noexcept {
         List<Slab> & slabs = listOf(slab);
-        if (Slab * const first = slabs.first(); first && first->cellsInUse == 0) slabDel(slabs, *first);
-        slabs.pushFront(slab);
-    }
-    [[gnu::noinline]] void empty(Slab & slab) noexcept {
-        List<Slab> & slabs = listOf(slab);
-        if (slabs.first() != &slab) slabDel(slabs, slab);
+        if (wasFull) {
+            if (Slab * const first = slabs.first(); first && first->cellsInUse == 0) slabDel(slabs, *first);
+            slabs.pushFront(slab);
+        }
+        if (slab.cellsInUse == 0 && slabs.first() != &slab) slabDel(slabs, slab);
     }
     Slab & slabNew(std::size_t cellBytes) {
         Chunk * chunk = chunks_.first();
@@ -343,11 +344,11 @@ void largeDel(void * storage, std::size_t size) noexcept {
 constinit std::array<SlabPool::Shelf, SlabPool::kIndices> SlabPool::shelves_{};
 constinit std::uint32_t SlabPool::shelfRoom_ = SlabPool::Shelf::kRoom;
 
-void * SlabPool::anyCell(std::size_t size) {
-    if (!kPooled || size > kLargestCell || VFPtrInterface::threadSafePointers_ || !pooled) [[unlikely]]
+// The shelf is empty.
+void * SlabPool::slabCell(std::size_t size, std::size_t number) {
+    if (!pooled) [[unlikely]]
         return oddCell(size);
     // Half a shelf, so that the next cells that come free find room on it.
-    std::size_t const number = index(size);
     Shelf & shelf = shelves_[number];
     shelf.count = pool.cellsNew(number * kAlignment, shelf.cells.data(), Shelf::kRoom / 2 + 1) - 1;
     return shelf.cells[shelf.count];
@@ -363,11 +364,12 @@ void * SlabPool::oddCell(std::size_t size) {
     return cell;
 }
 
-void SlabPool::anyCellDel(void * cell, std::size_t size) noexcept {
-    if (!kPooled || size > kLargestCell || VFPtrInterface::threadSafePointers_ || everWithout) [[unlikely]] {
+// The shelf is full, or takes nothing.
+void SlabPool::slabCellDel(void * cell, std::size_t size) noexcept {
+    if (everWithout) [[unlikely]] {
         oddCellDel(cell, size);
     } else {
-        pool.cellDel(cell);  // The shelf is full.
+        pool.cellDel(cell);
     }
 }
 

@@ -34,25 +34,28 @@ public:
     // Cells are aligned for pointers and whatever needs no more.
     static constexpr std::size_t kAlignment = alignof(void *);
 
-    // Storage for `size` bytes. Throws std::bad_alloc.
-    static void * cell(std::size_t size) {
-        if (kPooled && size <= kLargestCell && !VFPtrInterface::threadSafePointers_) [[likely]] {
-            Shelf & shelf = shelves_[index(size)];
-            if (shelf.count != 0) [[likely]]
-                return shelf.cells[--shelf.count];
-        }
-        return anyCell(size);
+    // Storage for `size` bytes. Throws std::bad_alloc. Callers that have looked already say whether pointers
+    // are thread-safe.
+    static void * cell(std::size_t size, bool threadSafe = VFPtrInterface::threadSafePointers_) {
+        if (!kPooled || size > kLargestCell || threadSafe) [[unlikely]]
+            return oddCell(size);
+        std::size_t const number = index(size);
+        Shelf & shelf = shelves_[number];
+        return shelf.count != 0 ? shelf.cells[--shelf.count] : slabCell(size, number);
     }
     // Gives back what `cell(size)` returned.
-    static void cellDel(void * cell, std::size_t size) noexcept {
-        if (kPooled && size <= kLargestCell && !VFPtrInterface::threadSafePointers_) [[likely]] {
-            Shelf & shelf = shelves_[index(size)];
-            if (shelf.count < shelfRoom_) [[likely]] {
-                shelf.cells[shelf.count++] = cell;
-                return;
-            }
+    static void cellDel(void * cell, std::size_t size,
+                        bool threadSafe = VFPtrInterface::threadSafePointers_) noexcept {
+        if (!kPooled || size > kLargestCell || threadSafe) [[unlikely]] {
+            oddCellDel(cell, size);
+            return;
         }
-        anyCellDel(cell, size);
+        Shelf & shelf = shelves_[index(size)];
+        if (shelf.count < shelfRoom_) [[likely]] {
+            shelf.cells[shelf.count++] = cell;
+        } else {
+            slabCellDel(cell, size);
+        }
     }
 
     // Whether pieces come from the pool from now on, which they do at first. Without it every piece comes
@@ -98,8 +101,8 @@ private:
         std::size_t const excess = (size > kUnaligned || fillsLine(size) ? kCacheLine : kAlignment) - 1;
         return ((size + excess) & ~excess) / kAlignment;
     }
-    static void * anyCell(std::size_t size);
-    static void anyCellDel(void * cell, std::size_t size) noexcept;
+    static void * slabCell(std::size_t size, std::size_t number);
+    static void slabCellDel(void * cell, std::size_t size) noexcept;
     [[gnu::cold, gnu::noinline]] static void * oddCell(std::size_t size);
     [[gnu::cold, gnu::noinline]] static void oddCellDel(void * cell, std::size_t size) noexcept;
     static void emptyShelves() noexcept;
