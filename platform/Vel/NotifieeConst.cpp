@@ -14,7 +14,19 @@ class NotifieeList::Walk : public Delivery {
 public:
     // REQUIRES: `list` is not empty.
     explicit Walk(NotifieeList const & list) noexcept
-        : Delivery(&list, nullptr), next_(list.last_->next()), last_(list.last_) {}
+        : Delivery(nullptr, nullptr), list_(&list), next_(list.last_->next()), last_(list.last_) {
+        ++walks_;
+    }
+    ~Walk() { --walks_; }
+    Walk(Walk const &) = delete;
+    Walk & operator=(Walk const &) = delete;
+
+    // What `delivery` is, if it walks `list`; else null.
+    static Walk * of(Delivery & delivery, NotifieeList const & list) noexcept {
+        if (delivery.notifier_) return nullptr;
+        auto & walk = static_cast<Walk &>(delivery);
+        return walk.list_ == &list ? &walk : nullptr;
+    }
 
     NotifieeConst * next() const noexcept { return next_; }
     // Moves on to the next one, and gives the one that is left behind.
@@ -24,46 +36,65 @@ public:
     // `reactor` is called from now on. REQUIRES: it is in the list.
     void calledIs(NotifieeConst const & reactor) noexcept {
         called_ = &reactor;
-        departure_ = 0;
+        fate_ = 0;
     }
-    bool calledIsDestroyed() const noexcept { return (departure_ & kDestroyed) != 0; }
+    bool calledIsDestroyed() const noexcept { return (fate_ & kDestroyed) != 0; }
 
 private:
     friend class NotifieeList;
 
-    NotifieeConst * next_;  // Null at the end.
-    NotifieeConst * last_;  // The last one registered when the change was made.
+    NotifieeList const * list_;  // Null once it is gone.
+    NotifieeConst * next_;       // Null at the end.
+    NotifieeConst * last_;       // The last one registered when the change was made.
 };
 
 constinit thread_local NotifieeList::Delivery * NotifieeList::Delivery::innermost_ = nullptr;
 
-NotifieeList::~NotifieeList() {
+constinit thread_local unsigned NotifieeList::Delivery::walks_ = 0;
+
+bool NotifieeList::Delivery::keepsOne(PtrInterface const & object) noexcept {
+    if (!notifier_) return false;
+    object.referenceNew();
+    fate_ |= notifier_ == &object ? kNotifierKept : kCalledKept;
+    return true;
+}
+
+// The reactor goes first: the end of its own references may make the notifier's last one ours.
+void NotifieeList::Delivery::letGo() noexcept {
+    if ((fate_ & kCalledKept) != 0) std::exchange(called_, nullptr)->referenceDel();
+    innermost_ = outer_;
+    if ((fate_ & kNotifierKept) != 0) notifier_->referenceDel();
+}
+
+void NotifieeList::clear() noexcept {
     // Reactors hold their notifier, so only an object outside the heap can die with followers.
     while (last_) leave(*last_->next());
     for (Delivery * d = Delivery::innermost_; d; d = d->outer_) {
-        if (d->list_ == this) d->list_ = nullptr;
+        if (Walk * const walk = Walk::of(*d, *this)) walk->list_ = nullptr;
     }
 }
 
 void NotifieeList::leave(NotifieeConst & reactor) noexcept {
-    NotifieeConst * const next = reactor.next();
     // Mostly there is no other one, and nobody is delivering.
-    if (next == &reactor && !Delivery::innermost_) [[likely]] {
-        last_ = nullptr;
-        reactor.nextIs(nullptr);
-        return;
-    }
+    if (reactor.next() != &reactor || Delivery::innermost_) [[unlikely]]
+        return leaveOthers(reactor);
+    last_ = nullptr;
+    reactor.nextIs(nullptr);
+}
+
+void NotifieeList::leaveOthers(NotifieeConst & reactor) noexcept {
+    NotifieeConst * const next = reactor.next();
     NotifieeConst * previous = &reactor;
     if (next != &reactor) {
         previous = last_;
         while (previous->next() != &reactor) previous = previous->next();
     }
     for (Delivery * d = Delivery::innermost_; d; d = d->outer_) {
-        if (d->called_ == &reactor) d->departure_ |= Delivery::kLeft;
-        if (d->list_ != this) continue;
-        auto & walk = static_cast<Walk &>(*d);
-        if (walk.next_ == &reactor) walk.next_ = walk.last_ == &reactor ? nullptr : next;
-        if (walk.last_ == &reactor) walk.last_ = previous;
+        if (d->called_ == &reactor) d->fate_ |= Delivery::kLeft;
+        Walk * const walk = Walk::of(*d, *this);
+        if (!walk) continue;
+        if (walk->next_ == &reactor) walk->next_ = walk->last_ == &reactor ? nullptr : next;
+        if (walk->last_ == &reactor) walk->last_ = previous;
     }
     if (next == &reactor) {
         last_ = nullptr;
@@ -114,10 +145,18 @@ void NotifieeList::failedAlone(NotifieeConst & reactor) noexcept {
 
 NotifieeConst::~NotifieeConst() {
     heldIs();
-    for (auto * d = NotifieeList::Delivery::innermost_; d; d = d->outer_) {
-        if (d->called_ == this) d->departure_ |= NotifieeList::Delivery::kDestroyed;
+    NotifieeList::Delivery * const innermost = NotifieeList::Delivery::innermost_;
+    for (auto * d = innermost; d; d = d->outer_) {
+        if (d->called_ == this) d->fate_ |= NotifieeList::Delivery::kDestroyed;
     }
-    if (isRegisteredNotifiee()) notifier_->notifieeList()->leave(*this);
+    if (!isRegisteredNotifiee()) return;
+    NotifieeList & list = *notifier_->notifieeList();
+    // As NotifieeList::leave, without what is of no use to a reactor that ends here.
+    if (innermost || next() != this) {
+        list.leaveOthers(*this);
+    } else {
+        list.last_ = nullptr;
+    }
 }
 
 void NotifieeConst::zeroReferencesIs(bool zero) {

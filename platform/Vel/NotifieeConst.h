@@ -47,7 +47,7 @@ class ActivityConfig;
 class VEL_EXPORT NotifieeList {
 public:
     NotifieeList() noexcept = default;
-    ~NotifieeList();
+    inline ~NotifieeList();
     NotifieeList(NotifieeList const &) = delete;
     NotifieeList & operator=(NotifieeList const &) = delete;
 
@@ -73,6 +73,7 @@ public:
     }
 
 private:
+    friend class PtrInterface;
     friend class PtrInterface::NotifieeConst;
     using Call = void (*)(PtrInterface::NotifieeConst &, void const * callback);
 
@@ -80,14 +81,28 @@ private:
     // every delivery of its list then steps over it. Nesting is shallow, and usually there is none at all.
     class VEL_EXPORT Delivery {
     public:
-        // To one reactor, which is called now. REQUIRES: it is in a list.
-        explicit Delivery(PtrInterface::NotifieeConst const & only) noexcept : Delivery(nullptr, &only) {}
-        ~Delivery() { innermost_ = outer_; }
+        // To one reactor, which is called now. It and `notifier` stay alive as long as this does: not by
+        // references, of which four would be counted for each change, but because the last reference to an
+        // object that goes meanwhile becomes this delivery's (`keeps`). REQUIRES: both are referenced, the
+        // reactor is in a list, and pointers are not thread-safe; else another thread may have the last one.
+        Delivery(PtrInterface const & notifier, PtrInterface::NotifieeConst const & only) noexcept
+            : Delivery(&notifier, &only) {}
+        ~Delivery() {
+            if ((fate_ & (kCalledKept | kNotifierKept)) != 0) [[unlikely]] {
+                letGo();
+            } else {
+                innermost_ = outer_;
+            }
+        }
         Delivery(Delivery const &) = delete;
         Delivery & operator=(Delivery const &) = delete;
 
         // Whether the reactor that was called is there and has been in its list all the time.
-        bool calledStayed() const noexcept { return departure_ == 0; }
+        bool calledStayed() const noexcept { return (fate_ & (kLeft | kDestroyed)) == 0; }
+
+        // Whether a delivery of this thread keeps `object`, whose last reference has just gone, alive. It is
+        // referenced again then.
+        inline static bool keeps(PtrInterface const & object) noexcept;
 
     protected:
         friend class NotifieeList;
@@ -96,20 +111,32 @@ private:
         // What has become of the reactor that was called.
         static constexpr std::uint8_t kLeft = 1;  // Its list, perhaps to enter it again at the end.
         static constexpr std::uint8_t kDestroyed = 2;
+        // What this delivery has the last reference to.
+        static constexpr std::uint8_t kCalledKept = 4;
+        static constexpr std::uint8_t kNotifierKept = 8;
 
-        Delivery(NotifieeList const * list, PtrInterface::NotifieeConst const * called) noexcept
-            : list_(list), called_(called), outer_(innermost_) {
+        Delivery(PtrInterface const * notifier, PtrInterface::NotifieeConst const * called) noexcept
+            : notifier_(notifier), called_(called), outer_(innermost_) {
             innermost_ = this;
         }
+        // And ends.
+        [[gnu::cold]] void letGo() noexcept;
+        // Of its two.
+        [[gnu::cold]] bool keepsOne(PtrInterface const & object) noexcept;
 
-        NotifieeList const * list_;  // Null without one that is walked, and once that is gone.
+        PtrInterface const * notifier_;               // Null for a walk, in which references keep both alive.
         PtrInterface::NotifieeConst const * called_;  // Being called now, or last; null before the first.
         Delivery * const outer_;
-        std::uint8_t departure_ = 0;
+        std::uint8_t fate_ = 0;
 
         __attribute__((tls_model("initial-exec"))) static constinit thread_local Delivery * innermost_;
+        // How many of this thread walk a list.
+        __attribute__((tls_model("initial-exec"))) static constinit thread_local unsigned walks_;
     };
     class Walk;
+
+    // No reactor stays, and no walk goes on.
+    [[gnu::cold]] void clear() noexcept;
 
     template <class Reactor, class Callback>
     static void call(PtrInterface::NotifieeConst & reactor, void const * callback);
@@ -118,6 +145,8 @@ private:
     [[gnu::noinline]] void notifyAside(PtrInterface const & notifier, Callbacks const &... callbacks) const {
         notify<Reactor>(notifier, callbacks...);
     }
+    // Whether a reactor of that reference word takes a delivery that needs no references.
+    static bool takesSimpleDelivery(std::uint32_t word) noexcept;
     // Null when there is none or when there are several.
     PtrInterface::NotifieeConst * onlyOne() const noexcept;
     // Called with the exception in flight.
@@ -125,9 +154,11 @@ private:
     void deliver(PtrInterface const & notifier, Call first, void const * firstCallback, Call second,
                  void const * secondCallback) const;
     inline void enter(PtrInterface::NotifieeConst & reactor) noexcept;
-    // Looks for the reactor before it, of which there are few, from the first one on: many leave mostly in
-    // the order in which they entered, and then each is found at once.
     void leave(PtrInterface::NotifieeConst & reactor) noexcept;
+    // From a list that has others or is being walked. Looks for the reactor before it, of which there are
+    // few, from the first one on: many leave mostly in the order in which they entered, and then each is
+    // found at once.
+    [[gnu::noinline]] void leaveOthers(PtrInterface::NotifieeConst & reactor) noexcept;
 
     // A ring: after the last reactor comes the first one.
     PtrInterface::NotifieeConst * last_ = nullptr;
@@ -210,6 +241,18 @@ private:
     std::uintptr_t nextAndMark_;
 };
 
+inline bool NotifieeList::Delivery::keeps(PtrInterface const & object) noexcept {
+    for (Delivery * d = innermost_; d; d = d->outer_) {
+        if ((d->notifier_ == &object || d->called_ == &object) && d->keepsOne(object)) return true;
+    }
+    return false;
+}
+
+inline NotifieeList::~NotifieeList() {
+    if (last_ || Delivery::walks_ != 0) [[unlikely]]
+        clear();
+}
+
 inline void NotifieeList::enter(PtrInterface::NotifieeConst & reactor) noexcept {
     if (last_) [[unlikely]] {
         reactor.nextIs(last_->next());
@@ -225,57 +268,62 @@ inline PtrInterface::NotifieeConst * NotifieeList::onlyOne() const noexcept {
     return last && last->next() == last ? last : nullptr;
 }
 
+inline bool NotifieeList::takesSimpleDelivery(std::uint32_t word) noexcept {
+    return PtrInterface::NotifieeConst::takesCallbacksAndReferences(word) &&
+           !VFPtrInterface::threadSafePointers_;
+}
+
 template <class Reactor, class Callback>
 void NotifieeList::notify(PtrInterface const & notifier, Callback const & callback) const {
     if (empty()) return;
-    PtrInterface::NotifieeConst * const only = onlyOne();
-    std::uint32_t const word = only ? only->word() : 0;
-    if (PtrInterface::NotifieeConst::takesCallbacksAndReferences(word)) [[likely]] {
-        // Nothing that it may do to the list matters to this delivery, which ends with it.
-        PtrInterface::Held const held(notifier, *only);
-        try {
-            callback(static_cast<Reactor &>(*only));
-        } catch (...) {
-            failedAlone(*only);
-            throw;
+    if (PtrInterface::NotifieeConst * const only = onlyOne()) {
+        std::uint32_t const word = only->word();
+        if (takesSimpleDelivery(word)) [[likely]] {
+            Delivery delivery(notifier, *only);
+            try {
+                callback(static_cast<Reactor &>(*only));
+            } catch (...) {
+                failedAlone(*only);
+                throw;
+            }
+            return;
         }
-        return;
+        if (!PtrInterface::NotifieeConst::takesCallbacks(word)) return;
     }
-    if (only && !PtrInterface::NotifieeConst::takesCallbacks(word)) return;
     deliver(notifier, &call<Reactor, Callback>, &callback, nullptr, nullptr);
 }
 
 template <class Reactor, class First, class Second>
 void NotifieeList::notify(PtrInterface const & notifier, First const & first, Second const & second) const {
     if (empty()) return;
-    PtrInterface::NotifieeConst * const only = onlyOne();
-    std::uint32_t const word = only ? only->word() : 0;
-    if (PtrInterface::NotifieeConst::takesCallbacksAndReferences(word)) [[likely]] {
-        PtrInterface::Held const held(notifier, *only);
-        Delivery delivery(*only);
-        auto & reactor = static_cast<Reactor &>(*only);
-        auto const takesSecond = [&] { return delivery.calledStayed() && only->takesCallbacks(); };
-        try {
-            first(reactor);
-        } catch (...) {
-            failedAlone(reactor);
+    if (PtrInterface::NotifieeConst * const only = onlyOne()) {
+        std::uint32_t const word = only->word();
+        if (takesSimpleDelivery(word)) [[likely]] {
+            Delivery delivery(notifier, *only);
+            auto & reactor = static_cast<Reactor &>(*only);
+            auto const takesSecond = [&] { return delivery.calledStayed() && only->takesCallbacks(); };
             try {
-                if (takesSecond()) second(reactor);
+                first(reactor);
             } catch (...) {
                 failedAlone(reactor);
+                try {
+                    if (takesSecond()) second(reactor);
+                } catch (...) {
+                    failedAlone(reactor);
+                }
+                throw;
             }
-            throw;
+            if (!takesSecond()) return;
+            try {
+                second(reactor);
+            } catch (...) {
+                failedAlone(reactor);
+                throw;
+            }
+            return;
         }
-        if (!takesSecond()) return;
-        try {
-            second(reactor);
-        } catch (...) {
-            failedAlone(reactor);
-            throw;
-        }
-        return;
+        if (!PtrInterface::NotifieeConst::takesCallbacks(word)) return;
     }
-    if (only && !PtrInterface::NotifieeConst::takesCallbacks(word)) return;
     deliver(notifier, &call<Reactor, First>, &first, &call<Reactor, Second>, &second);
 }
 

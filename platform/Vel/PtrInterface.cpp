@@ -3,6 +3,7 @@
 #include <new>
 #include <vector>
 
+#include "platform/Vel/NotifieeConst.h"
 #include "platform/Vel/SlabPool.h"
 
 namespace Vel {
@@ -59,6 +60,8 @@ void PtrInterface::zeroReferencesIs(bool zero) {
 VelType const * PtrInterface::fwkType() const { return nullptr; }
 
 void PtrInterface::handleZeroRef() const noexcept {
+    if (NotifieeList::Delivery::keeps(*this)) [[unlikely]]
+        return;
     heldIs();
     auto * const object = const_cast<PtrInterface *>(this);
     Destructions & running = destructions;

@@ -47,7 +47,6 @@ struct VEL_EXPORT VFPtrInterface {
 class VEL_EXPORT PtrInterface {
 public:
     class NotifieeConst;
-    class Held;
 
     // The record of objects of which nothing else is known.
     static VelType const _velType;
@@ -87,8 +86,8 @@ public:
     [[gnu::always_inline]] void referenceNew() const noexcept;
     [[gnu::always_inline]] void referenceDel() const noexcept;
 
-    // Destroys the object through `zeroReferencesIs(true)`, now or when the destructors that are running on
-    // this thread have ended. REQUIRES: the count has just become zero.
+    // Destroys the object through `zeroReferencesIs(true)`: now, or when the destructors that are running on
+    // this thread, or the delivery that keeps it, have ended. REQUIRES: the count has just become zero.
     void handleZeroRef() const noexcept;
 
     // The storage of framework objects, which `SlabPool::cellDel` takes back. Throws std::bad_alloc.
@@ -150,37 +149,6 @@ inline void PtrInterface::referenceDelPlain() const noexcept {
     if ((--word_ & kCountMask) == 0) [[unlikely]]
         handleZeroRef();
 }
-
-// Keeps two objects alive for a scope, of which the second one goes first. REQUIRES: both are referenced, so
-// that a passing reference destroys neither.
-class PtrInterface::Held {
-public:
-    [[gnu::always_inline]] Held(PtrInterface const & first, PtrInterface const & second) noexcept
-        : first_(first), second_(second) {
-        if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
-            first.referenceNewAtomic();
-            second.referenceNewAtomic();
-        } else {
-            ++first.word_;
-            ++second.word_;
-        }
-    }
-    [[gnu::always_inline]] ~Held() {
-        if (VFPtrInterface::threadSafePointers_) [[unlikely]] {
-            second_.referenceDelAtomic();
-            first_.referenceDelAtomic();
-        } else {
-            second_.referenceDelPlain();
-            first_.referenceDelPlain();
-        }
-    }
-    Held(Held const &) = delete;
-    Held & operator=(Held const &) = delete;
-
-private:
-    PtrInterface const & first_;
-    PtrInterface const & second_;
-};
 
 // Begins to fetch an object into the processor's caches that is going to be needed after some other work.
 // Changes nothing; null is allowed.
