@@ -44,8 +44,6 @@ void DirectedEdgeV2::toPortDelAll() {
     Mutation::valueDelAll(*this, toPort_, onToPort, [](NotifieeConst & r) { r.onToPortvelImmediate(); });
 }
 
-DirectedEdgeV2::NotifieeConst::~NotifieeConst() = default;
-
 void DirectedEdgeV2::NotifieeConst::notifierIs(Vel::Ptr<Vel::PtrInterface const> const & notifier) {
     Vel::PtrInterface::NotifieeConst::notifierIs(Vel::dynamicPtrCast<DirectedEdgeV2 const>(notifier));
 }

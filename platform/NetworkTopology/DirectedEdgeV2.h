@@ -65,7 +65,6 @@ private:
 class VEL_EXPORT DirectedEdgeV2::NotifieeConst : public Vel::PtrInterface::NotifieeConst {
 public:
     NotifieeConst() noexcept = default;
-    ~NotifieeConst() override;
 
     // Binds to `notifier` if it is a DirectedEdgeV2; unbinds otherwise.
     void notifierIs(Vel::Ptr<Vel::PtrInterface const> const & notifier) override;

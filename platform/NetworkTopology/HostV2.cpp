@@ -138,8 +138,6 @@ void HostV2::logicalPortDelAll() {
                           [](NotifieeConst & r) { r.onLogicalPortvelImmediate(); });
 }
 
-HostV2::NotifieeConst::~NotifieeConst() = default;
-
 void HostV2::NotifieeConst::notifierIs(Vel::Ptr<Vel::PtrInterface const> const & notifier) {
     Vel::PtrInterface::NotifieeConst::notifierIs(Vel::dynamicPtrCast<HostV2 const>(notifier));
 }

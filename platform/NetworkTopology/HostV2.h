@@ -161,7 +161,6 @@ private:
 class VEL_EXPORT HostV2::NotifieeConst : public Vel::PtrInterface::NotifieeConst {
 public:
     NotifieeConst() noexcept = default;
-    ~NotifieeConst() override;
 
     // Binds to `notifier` if it is a HostV2; unbinds otherwise.
     void notifierIs(Vel::Ptr<Vel::PtrInterface const> const & notifier) override;

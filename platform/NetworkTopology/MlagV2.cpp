@@ -34,8 +34,6 @@ void MlagV2::accept(Vel::Ptr<PortBaseVisitor> const & visitor) const {
     if (visitor) visitor->visitMlag(this);
 }
 
-MlagV2::NotifieeConst::~NotifieeConst() = default;
-
 void MlagV2::NotifieeConst::onLocalPortGroup() {}
 void MlagV2::NotifieeConst::onPeerPortGroup() {}
 

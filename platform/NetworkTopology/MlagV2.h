@@ -54,7 +54,6 @@ private:
 class VEL_EXPORT MlagV2::NotifieeConst : public PortBaseV2::NotifieeConst {
 public:
     NotifieeConst() noexcept : PortBaseV2::NotifieeConst(Kind::mlag) {}
-    ~NotifieeConst() override;
 
     virtual void onLocalPortGroup();
     virtual void onPeerPortGroup();

@@ -22,8 +22,6 @@ void PortBaseV2::addedByOwnerIs(bool value) {
 
 HostV2 * PortBaseV2::host() const { return holder(); }
 
-PortBaseV2::NotifieeConst::~NotifieeConst() = default;
-
 void PortBaseV2::NotifieeConst::notifierIs(Vel::Ptr<Vel::PtrInterface const> const & notifier) {
     auto portBase = Vel::dynamicPtrCast<PortBaseV2 const>(notifier);
     if (portBase && follows() != Kind::any && follows() != portBase->kind_) portBase = nullptr;

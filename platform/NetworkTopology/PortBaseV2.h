@@ -82,7 +82,6 @@ private:
 class VEL_EXPORT PortBaseV2::NotifieeConst : public Vel::PtrInterface::NotifieeConst {
 public:
     NotifieeConst() noexcept : NotifieeConst(Kind::any) {}
-    ~NotifieeConst() override;
 
     // Binds to `notifier` if it is of the class that this reactor follows; unbinds otherwise.
     void notifierIs(Vel::Ptr<Vel::PtrInterface const> const & notifier) override;

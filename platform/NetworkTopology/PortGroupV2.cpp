@@ -56,8 +56,6 @@ void PortGroupV2::accept(Vel::Ptr<PortBaseVisitor> const & visitor) const {
     if (visitor) visitor->visitPortGroup(this);
 }
 
-PortGroupV2::NotifieeConst::~NotifieeConst() = default;
-
 void PortGroupV2::NotifieeConst::onMemberPort(Vel::Name) {}
 void PortGroupV2::NotifieeConst::onMemberPortvelImmediate() {}
 void PortGroupV2::NotifieeConst::onMemberPort() {}

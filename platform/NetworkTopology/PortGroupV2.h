@@ -65,7 +65,6 @@ private:
 class VEL_EXPORT PortGroupV2::NotifieeConst : public PortBaseV2::NotifieeConst {
 public:
     NotifieeConst() noexcept : PortBaseV2::NotifieeConst(Kind::portGroup) {}
-    ~NotifieeConst() override;
 
     virtual void onMemberPort(Vel::Name name);
     virtual void onMemberPortvelImmediate();

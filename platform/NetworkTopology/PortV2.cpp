@@ -26,8 +26,6 @@ void PortV2::accept(Vel::Ptr<PortBaseVisitor> const & visitor) const {
     if (visitor) visitor->visitPort(this);
 }
 
-PortV2::NotifieeConst::~NotifieeConst() = default;
-
 void PortV2::NotifieeConst::onPortGroup() {}
 
 namespace {

@@ -39,7 +39,6 @@ private:
 class VEL_EXPORT PortV2::NotifieeConst : public PortBaseV2::NotifieeConst {
 public:
     NotifieeConst() noexcept : PortBaseV2::NotifieeConst(Kind::port) {}
-    ~NotifieeConst() override;
 
     virtual void onPortGroup();
 

@@ -65,8 +65,6 @@ void StatusV2::edgeDelAll() {
     Mutation::memberDelAll(*this, edge_, onEdge, [](NotifieeConst & r) { r.onEdgevelImmediate(); });
 }
 
-StatusV2::NotifieeConst::~NotifieeConst() = default;
-
 void StatusV2::NotifieeConst::notifierIs(Vel::Ptr<Vel::PtrInterface const> const & notifier) {
     Vel::PtrInterface::NotifieeConst::notifierIs(Vel::dynamicPtrCast<StatusV2 const>(notifier));
 }

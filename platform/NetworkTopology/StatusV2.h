@@ -84,7 +84,6 @@ private:
 class VEL_EXPORT StatusV2::NotifieeConst : public Vel::PtrInterface::NotifieeConst {
 public:
     NotifieeConst() noexcept = default;
-    ~NotifieeConst() override;
 
     // Binds to `notifier` if it is a StatusV2; unbinds otherwise.
     void notifierIs(Vel::Ptr<Vel::PtrInterface const> const & notifier) override;
