@@ -62,7 +62,7 @@ void HostV2::mlagPeerLinkIs(Vel::Ptr<PortBaseV2 const> const & value) {
 
 Vel::Ptr<PortV2> HostV2::portIs(Vel::Name name) {
     return Mutation::memberIs(
-        *this, port_, name, [&] { return PortV2::PortV2Is(name); }, onPort);
+        *this, port_, name, [&] { return PortV2::PortV2Is(std::move(name)); }, onPort);
 }
 
 Vel::Ptr<PortV2> HostV2::portIs(Vel::Ptr<PortV2> port) {
@@ -77,7 +77,7 @@ void HostV2::portDelAll() {
 
 Vel::Ptr<PortGroupV2> HostV2::portGroupIs(Vel::Name name) {
     return Mutation::memberIs(
-        *this, portGroup_, name, [&] { return PortGroupV2::PortGroupV2Is(name); }, onPortGroup);
+        *this, portGroup_, name, [&] { return PortGroupV2::PortGroupV2Is(std::move(name)); }, onPortGroup);
 }
 
 Vel::Ptr<PortGroupV2> HostV2::portGroupIs(Vel::Ptr<PortGroupV2> group) {
@@ -96,7 +96,8 @@ void HostV2::portGroupDelAll() {
 
 Vel::Ptr<MlagV2> HostV2::mlagIs(Vel::Name name, Vel::Name secondaryName) {
     return Mutation::memberIs(
-        *this, mlag_, name, [&] { return MlagV2::MlagV2Is(name, secondaryName); }, onMlag);
+        *this, mlag_, name, [&] { return MlagV2::MlagV2Is(std::move(name), std::move(secondaryName)); },
+        onMlag);
 }
 
 Vel::Ptr<MlagV2> HostV2::mlagIs(Vel::Ptr<MlagV2> mlag) {

@@ -33,7 +33,7 @@ struct Mutation : Vel::CollectionMutation<Mutation, false> {
         if (member->owner_)
             refuseOwned(attribute, described(key), described(*member->owner_), described(model));
         Vel::Ptr<Member> const previous = leave(map, key);
-        enter(model, map, Vel::HashMapKey<Key>::hash(key), member);
+        enter(model, map, {map, key}, member);
         notifyOfKey(model, key, on);
         return member;
     }

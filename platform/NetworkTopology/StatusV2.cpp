@@ -31,7 +31,7 @@ Vel::Ptr<StatusV2> StatusV2::StatusV2Is() { return new StatusV2; }
 
 Vel::Ptr<HostV2> StatusV2::hostIs(Vel::Name name) {
     return Mutation::memberIs(
-        *this, host_, name, [&] { return HostV2::HostV2Is(name); }, onHost);
+        *this, host_, name, [&] { return HostV2::HostV2Is(std::move(name)); }, onHost);
 }
 
 Vel::Ptr<HostV2> StatusV2::hostIs(Vel::Ptr<HostV2> host) {
@@ -50,7 +50,8 @@ void StatusV2::localhostIs(Vel::Ptr<HostV2> const & value) {
 
 Vel::Ptr<DirectedEdgeV2> StatusV2::edgeIs(Vel::Ptr<PortBaseV2 const> fromPort) {
     return Mutation::memberIs(
-        *this, edge_, fromPort, [&] { return DirectedEdgeV2::DirectedEdgeV2Is(fromPort); }, onEdge);
+        *this, edge_, fromPort, [&] { return DirectedEdgeV2::DirectedEdgeV2Is(std::move(fromPort)); },
+        onEdge);
 }
 
 Vel::Ptr<DirectedEdgeV2> StatusV2::edgeIs(Vel::Ptr<DirectedEdgeV2> edge) {

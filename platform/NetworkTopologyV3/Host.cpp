@@ -61,7 +61,7 @@ void Host::reserve(unsigned ports, unsigned portGroups, unsigned mlags) noexcept
 
 Vel::Ptr<Port> Host::portIs(Vel::Name name) {
     return Mutation::memberIs(
-        *this, port_, name, [&] { return new Port(name, *this); }, onPort);
+        *this, port_, name, [&] { return new Port(std::move(name), *this); }, onPort);
 }
 
 Vel::Ptr<Port> Host::portDel(Vel::Name name) { return Mutation::memberDel(*this, port_, name, onPort); }
@@ -72,7 +72,7 @@ void Host::portDelAll() {
 
 Vel::Ptr<PortGroup> Host::portGroupIs(Vel::Name name) {
     return Mutation::memberIs(
-        *this, portGroup_, name, [&] { return new PortGroup(name, *this); }, onPortGroup);
+        *this, portGroup_, name, [&] { return new PortGroup(std::move(name), *this); }, onPortGroup);
 }
 
 Vel::Ptr<PortGroup> Host::portGroupDel(Vel::Name name) {
@@ -85,7 +85,8 @@ void Host::portGroupDelAll() {
 
 Vel::Ptr<MlagPort> Host::mlagIs(Vel::Name name, Vel::Name secondaryName) {
     return Mutation::memberIs(
-        *this, mlag_, name, [&] { return new MlagPort(name, secondaryName, *this); }, onMlag);
+        *this, mlag_, name, [&] { return new MlagPort(std::move(name), std::move(secondaryName), *this); },
+        onMlag);
 }
 
 Vel::Ptr<MlagPort> Host::mlagDel(Vel::Name name) { return Mutation::memberDel(*this, mlag_, name, onMlag); }

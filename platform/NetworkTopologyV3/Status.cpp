@@ -32,7 +32,7 @@ void Status::reserve(unsigned hosts, unsigned edges) noexcept {
 
 Vel::Ptr<Host> Status::hostIs(Vel::Name name) {
     return Mutation::memberIs(
-        *this, host_, name, [&] { return new Host(name); }, onHost);
+        *this, host_, name, [&] { return new Host(std::move(name)); }, onHost);
 }
 
 Vel::Ptr<Host> Status::hostDel(Vel::Name name) { return Mutation::memberDel(*this, host_, name, onHost); }

@@ -10,7 +10,7 @@
 //         template <class Model, class Member>
 //         static void letGo(Member & member) noexcept;    // taken out, and nobody else has heard of it yet
 //     };
-//     Mutation::memberIs(*this, port_, name, [&] { return new Port(name); }, onPort);
+//     Mutation::memberIs(*this, port_, name, [&] { return new Port(std::move(name)); }, onPort);
 //
 // `on` is the callback of a collection: `on(reactor, key)` calls the keyed one, `on(reactor)` the unkeyed
 // one. After a delivery nothing of the model is touched: a callback may have released it.
@@ -37,15 +37,15 @@ template <class Access, bool kCopiesKeys>
 struct CollectionMutation {
     // Entity collections.
 
-    // The member of that key; `create()` makes it when there is none.
+    // The member of that key; `create()` makes it when there is none, and may use the key up for it.
     template <class Model, class Member, class Key, class Create, class On>
     static Ptr<Member> memberIs(Model & model, HashMap<Member, Key, Model> & map, Key const & key,
                                 Create const & create, On const & on) {
-        std::uint32_t const hash = HashMapKey<Key>::hash(key);
-        if (Member * const present = map.find(hash, key)) return present;
+        typename HashMap<Member, Key, Model>::Place const place(map, key);
+        if (Member * const present = map.find(place, key)) return present;
         Ptr<Member> member = create();
-        enter(model, map, hash, member);
-        notifyOfKey(model, key, on);
+        enter(model, map, place, member);
+        notifyOfKey(model, member->collectionKey(), on);
         return member;
     }
 
@@ -133,11 +133,11 @@ protected:
             model, [on, &kept](Reactor & r) { on(r, kept); }, [on](Reactor & r) { on(r); });
     }
 
-    template <class Model, class Member, class Key>
-    static void enter(Model & model, HashMap<Member, Key, Model> & map, std::uint32_t hash,
+    template <class Model, class Map, class Member>
+    static void enter(Model & model, Map & map, typename Map::Place const & place,
                       Ptr<Member> const & member) noexcept {
         Access::enters(model, *member);
-        map.newMember(hash, member);
+        map.newMember(place, member);
     }
 
     template <class Model, class Member, class Key>

@@ -37,17 +37,15 @@ void linksDel(Link * links, unsigned bits) noexcept {
 
 HashMapGeneric::HashMapGeneric(unsigned initialSize) noexcept
     : single_(),
-      state_(kInitialBits * std::min<unsigned>(std::bit_width(initialSize ? initialSize - 1 : 0u),
-                                               kMostInitialBucketBits)) {}
+      state_(kHashBits + kInitialBits * std::min<unsigned>(std::bit_width(initialSize ? initialSize - 1 : 0u),
+                                                           kMostInitialBucketBits)) {}
 
 void HashMapGeneric::emptyArray() noexcept {
-    while (size_ != 0) {
-        for (std::uint32_t bucket = 0; bucket < bucketCount(); ++bucket) emptyBucket(bucket);
-    }
+    emptyBuckets([](std::span<Link const>) {});
     unsigned const bits = bucketBits();
     if (bits == 0) return;
     linksDel(buckets_, bits);
-    state_ -= bits;
+    state_ += bits;
     single_ = nullptr;
 }
 
@@ -79,7 +77,7 @@ void HashMapGeneric::bucketBitsIs(unsigned bits) noexcept {
     }
     if (before != 0) linksDel(links, before);
     buckets_ = grown;
-    state_ += bits - before;
+    state_ -= bits - before;
     state_ += kModification;
 }
 
@@ -123,9 +121,9 @@ HashMapMember * HashMapGeneric::findNextBucket(std::uint32_t & bucket) const noe
 HashMapMember * HashMapCursor::afterChange(HashMapMember const & current) noexcept {
     unsigned const bits = map_->bucketBits();
     // A collection that was emptied has given its buckets back; whatever it holds now was added since.
-    if (bits < bucketBits_) bucketBits_ = static_cast<std::uint8_t>(bits);
-    if (bits == bucketBits_) state_ = map_->state_;
-    return map_->findNextG(&current, bucketBits_, *keys_, bucket_);
+    if (bits < bucketBits()) last_ = map_->bucketCount() - 1;
+    if (bits == bucketBits()) state_ = map_->state_;
+    return map_->findNextG(&current, bucketBits(), *keys_, bucket_);
 }
 
 }  // namespace Vel

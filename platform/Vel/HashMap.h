@@ -23,9 +23,11 @@
 #pragma once
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <span>
 #include <type_traits>
 #include <utility>
 
@@ -74,16 +76,16 @@ public:
     void reserve(std::uint32_t members) noexcept;
     // Another number after each insertion, removal and growth; begins anew after four million of them.
     std::uint32_t modificationCount() const noexcept { return state_ / kModification; }
-    unsigned bucketBits() const noexcept { return state_ & kBits; }
+    unsigned bucketBits() const noexcept { return -state_ % kHashBits; }
     static constexpr std::uint32_t bucketOf(std::uint32_t hash, unsigned bucketBits) noexcept {
-        return static_cast<std::uint32_t>((std::uint64_t{hash} << bucketBits) >> 32);
+        return static_cast<std::uint32_t>(std::uint64_t{hash} >> (kHashBits - bucketBits));
     }
 
 protected:
     friend class HashMapCursor;
 
     // `initialSize` is the number of members that the first bucket array has room for; a hint, which buys no
-    // more than a million buckets.
+    // more than 32,768 buckets.
     explicit HashMapGeneric(unsigned initialSize) noexcept;
     ~HashMapGeneric() { emptyAllBuckets(); }
 
@@ -95,12 +97,12 @@ protected:
 
     // The links of the bucket in which members of that hash stand, one after the other; the last one is null.
     Link * linkAtHash(std::uint32_t hash) noexcept {
-        unsigned const bits = bucketBits();
-        return bits == 0 ? &single_ : &buckets_[bucketOf(hash, bits)];
+        std::uint32_t const state = state_;
+        return isSingle(state) ? &single_ : &buckets_[std::uint64_t{hash} >> state % kShifts];
     }
     static Link * nextLink(Link link) noexcept { return &link->bucketNext_; }
     // Whether one more member finds as many buckets as members.
-    bool hasRoom() const noexcept { return size_ < bucketCount(); }
+    bool hasRoom() const noexcept { return std::uint64_t{size_} << state_ % kShifts >> kHashBits == 0; }
     // Makes room for one more; a hint.
     [[gnu::cold]] void grow() noexcept { bucketBitsIs(std::max(bucketBits() + 1, initialBucketBits())); }
     // Inserts `member` under a key of that hash, where `link` points. REQUIRES: no member stands under that
@@ -121,17 +123,34 @@ protected:
         state_ += kModification;
         return Ptr<HashMapMember>::adopted(member);
     }
+    // Null where there are several.
+    Link * onlyBucket() noexcept { return isSingle(state_) ? &single_ : nullptr; }
+    Link const * onlyBucket() const noexcept { return isSingle(state_) ? &single_ : nullptr; }
     // The only bucket's, while there is but one and that is not empty; else null.
-    Link * onlyLink() noexcept { return bucketBits() == 0 && single_ ? &single_ : nullptr; }
+    Link * onlyLink() noexcept { return isSingle(state_) && single_ ? &single_ : nullptr; }
     // Takes every member out, one by one, so that no chain is released recursively; frees the buckets.
     void emptyAllBuckets() noexcept {
         // A member's destructor may come back to this collection, so nothing is assumed between two members.
         while (Link * const link = onlyLink()) deleteMember(*link);
-        if (bucketBits() != 0) emptyArray();
+        if (!isSingle(state_)) emptyArray();
     }
-    // The same for one bucket, which may be none of the present array.
-    void emptyBucket(std::uint32_t bucket) noexcept {
-        while (firstInBucket(bucket)) deleteMember(buckets()[bucket]);
+    // Takes the members out, bucket by bucket; `before(rest)` is called before each bucket with the links of
+    // it and of those behind it.
+    template <class Before>
+    void emptyBuckets(Before const & before) noexcept {
+        while (size_ != 0) {
+            // A member's destructor may come back to this collection, and leave it with another array.
+            std::span<Link> const links(buckets(), bucketCount());
+            std::uint32_t const shift = state_ % kShifts;
+            auto const isSameArray = [&] { return state_ % kShifts == shift && buckets() == links.data(); };
+            for (std::size_t bucket = 0; bucket < links.size() && isSameArray(); ++bucket) {
+                before(links.subspan(bucket));
+                while (links[bucket]) {
+                    deleteMember(links[bucket]);
+                    if (!isSameArray()) break;
+                }
+            }
+        }
     }
     // Calls `visit` on every member, in order.
     template <class Visit>
@@ -141,19 +160,15 @@ protected:
             for (HashMapMember * m = links[bucket]; m; m = nextInBucket(*m)) visit(*m);
         }
     }
-    // Null when the bucket is empty, or none of the present array.
-    HashMapMember * firstInBucket(std::uint32_t bucket) const noexcept {
-        return bucket < bucketCount() ? buckets()[bucket] : nullptr;
-    }
     // The first member of the bucket in which members of that hash stand; null when it is empty.
     HashMapMember * startAtHash(std::uint32_t hash) const noexcept {
-        unsigned const bits = bucketBits();
-        return bits == 0 ? single_ : buckets_[bucketOf(hash, bits)];
+        std::uint32_t const state = state_;
+        return isSingle(state) ? single_ : buckets_[std::uint64_t{hash} >> state % kShifts];
     }
     static HashMapMember * nextInBucket(HashMapMember const & member) noexcept { return member.bucketNext_; }
     void fetch(std::uint32_t hash) const noexcept {
-        unsigned const bits = bucketBits();
-        if (bits != 0) __builtin_prefetch(&buckets_[bucketOf(hash, bits)]);
+        std::uint32_t const state = state_;
+        if (!isSingle(state)) __builtin_prefetch(&buckets_[std::uint64_t{hash} >> state % kShifts]);
     }
     static std::uint32_t bucketHash(HashMapMember const & member) noexcept { return member.bucketHash_; }
 
@@ -168,19 +183,22 @@ protected:
 
 private:
     static constexpr unsigned kMostBucketBits = 31;
-    static constexpr unsigned kMostInitialBucketBits = 20;
+    static constexpr unsigned kMostInitialBucketBits = 15;
 
-    Link * buckets() noexcept { return bucketBits() == 0 ? &single_ : buckets_; }
-    Link const * buckets() const noexcept { return bucketBits() == 0 ? &single_ : buckets_; }
+    Link * buckets() noexcept { return isSingle(state_) ? &single_ : buckets_; }
+    Link const * buckets() const noexcept { return isSingle(state_) ? &single_ : buckets_; }
+    // Whether there is but one bucket.
+    static bool isSingle(std::uint32_t state) noexcept { return (state & kHashBits) != 0; }
     void bucketBitsIs(unsigned bits) noexcept;
     void emptyArray() noexcept;
     // Of the first array.
-    unsigned initialBucketBits() const noexcept { return state_ / kInitialBits & kBits; }
+    unsigned initialBucketBits() const noexcept { return state_ / kInitialBits % kInitialBitCounts; }
 
-    static constexpr std::uint32_t kBits = 31;
-    static constexpr std::uint32_t kInitialBits = kBits + 1;
-    static constexpr std::uint32_t kModification = kInitialBits * (kBits + 1);
-    static_assert(kMostBucketBits <= kBits && kMostInitialBucketBits <= kBits);
+    static constexpr unsigned kHashBits = 32;
+    static constexpr std::uint32_t kShifts = 2 * kHashBits;
+    static constexpr std::uint32_t kInitialBits = kShifts;
+    static constexpr std::uint32_t kInitialBitCounts = kMostInitialBucketBits + 1;
+    static constexpr std::uint32_t kModification = kInitialBits * kInitialBitCounts;
 
     // There is a collection in every edge and every group, most of them with one member or none: hence no
     // word without need.
@@ -189,8 +207,9 @@ private:
         Link * buckets_;
     };
     std::uint32_t size_ = 0;
-    // From the lowest bit on: five for the bits of a bucket's number, five for those of the first array, and
-    // the modification count. What a walk depends on is so compared at once.
+    // From the lowest bit on: six for what shifts a hash to the number of its bucket, which is 32 less the
+    // bits of that number; four for the bits of the first array's numbers; and the modification count. What a
+    // walk depends on is so compared at once.
     std::uint32_t state_;
 };
 
@@ -199,10 +218,7 @@ class VEL_EXPORT HashMapCursor {
 public:
     // Before the first member.
     HashMapCursor(HashMapGeneric const & map, HashMapGeneric::KeyTable const & keys) noexcept
-        : map_(&map),
-          keys_(&keys),
-          state_(map.state_),
-          bucketBits_(static_cast<std::uint8_t>(map.bucketBits())) {}
+        : map_(&map), keys_(&keys), state_(map.state_), last_(map.bucketCount() - 1) {}
 
     // Null when there is none.
     HashMapMember * first() noexcept {
@@ -211,7 +227,7 @@ public:
     }
     // Where `member` stands; null is the end.
     void placeIs(HashMapMember const * member) noexcept {
-        if (member) bucket_ = HashMapGeneric::bucketOf(member->bucketHash_, bucketBits_);
+        if (member) bucket_ = HashMapGeneric::bucketOf(member->bucketHash_, bucketBits());
     }
     // The one after `current`, which may have left; null when there is none.
     HashMapMember * after(HashMapMember const & current) noexcept {
@@ -219,7 +235,7 @@ public:
             return afterChange(current);
         if (HashMapMember * const next = current.bucketNext_) return next;
         // Mostly the next bucket has a member.
-        if (bucket_ + 1 < map_->bucketCount()) {
+        if (bucket_ < last_) {
             if (HashMapMember * const next = map_->buckets_[bucket_ + 1]) {
                 ++bucket_;
                 return next;
@@ -241,13 +257,14 @@ public:
     static HashMapMember * nextInBucket(HashMapMember const & member) noexcept { return member.bucketNext_; }
 
 private:
+    unsigned bucketBits() const noexcept { return static_cast<unsigned>(std::bit_width(last_)); }
     HashMapMember * afterChange(HashMapMember const & current) noexcept;
 
     HashMapGeneric const * map_;
     HashMapGeneric::KeyTable const * keys_;
     std::uint32_t bucket_ = 0;
-    std::uint32_t state_;      // Of the collection, as long as it has the buckets of this walk's order.
-    std::uint8_t bucketBits_;  // Of this walk's order.
+    std::uint32_t state_;  // Of the collection, as long as it has the buckets of this walk's order.
+    std::uint32_t last_;   // Bucket of this walk's order.
 };
 
 // Holds the member on which it stands.
@@ -266,7 +283,7 @@ public:
     Ptr<HashMapMember> const & current() const noexcept { return current_; }
     // Does nothing at the end.
     void advance() noexcept {
-        if (current_) current_ = cursor_.after(*current_);
+        if (current_) current_ = Ptr<HashMapMember>(cursor_.after(*current_));
     }
 
 private:
@@ -290,6 +307,8 @@ struct VelHashBase {
 // `==` takes long `isSame`, which may take equal keys for different ones but costs next to nothing.
 template <class Key>
 struct HashMapKey {
+    // Whether hashing one takes longer than comparing two.
+    static constexpr bool kHashesLate = false;
     static std::uint32_t hash(Key const & key) noexcept { return key.hash(); }
     static bool isSame(Key const & a, Key const & b) noexcept {
         if constexpr (requires { a.isSame(b); }) {
@@ -303,6 +322,7 @@ struct HashMapKey {
 };
 template <>
 struct HashMapKey<String> {
+    static constexpr bool kHashesLate = false;
     static std::uint32_t hash(String const & key) noexcept { return key.reversedHash(); }
     static bool isSame(String const & a, String const & b) noexcept { return a.data() == b.data(); }
     static bool equals(String const & a, String const & b) noexcept { return a == b; }
@@ -312,6 +332,7 @@ template <>
 struct HashMapKey<Name> : HashMapKey<String> {};
 template <class T>
 struct HashMapKey<Ptr<T>> {
+    static constexpr bool kHashesLate = true;
     static std::uint32_t hash(Ptr<T> const & key) noexcept {
         return key ? VelHashBase<false>::hashU32(value(key)) : 0;
     }
@@ -350,7 +371,7 @@ public:
     Ptr<Member> const * operator->() const noexcept { return &current_; }
     // Does nothing at the end.
     HashMapIterator & operator++() noexcept {
-        if (current_) current_ = static_cast<Member *>(cursor_.after(*current_));
+        if (current_) current_ = Ptr<Member>(static_cast<Member *>(cursor_.after(*current_)));
         return *this;
     }
     void operator++(int) noexcept { ++*this; }
@@ -407,19 +428,43 @@ public:
 
     explicit HashMap(unsigned initialSize) noexcept : HashMapGeneric(initialSize) {}
 
+    // Where members of one hash stand, so that whoever adds what was not there need not look for that again.
+    class Place {
+    public:
+        Place(HashMap & map, Key const & key) noexcept {
+            if constexpr (kHashesLate) {
+                bucket_ = map.onlyBucket();
+                if (bucket_) return;
+            }
+            hash_ = HashMapKey<Key>::hash(key);
+            bucket_ = map.linkAtHash(hash_);
+        }
+        Place(HashMap & map, std::uint32_t hash) noexcept : bucket_(map.linkAtHash(hash)), hash_(hash) {}
+
+    private:
+        friend class HashMap;
+
+        Link * bucket_;
+        std::uint32_t hash_ =
+            0;  // Not known where it takes no hash to compare keys, and there is one bucket.
+    };
+
     // Null when there is none in the first bucket, which is the only one of a small collection.
     Member * firstInFirstBucket() const noexcept { return static_cast<Member *>(startAtHash(0)); }
     // The member of that key, or null. Never inserts.
-    Member * operator[](Key const & key) const noexcept { return find(HashMapKey<Key>::hash(key), key); }
+    Member * operator[](Key const & key) const noexcept {
+        if constexpr (kHashesLate) {
+            if (Link const * const only = this->onlyBucket()) return findIn(*only, 0, key);
+        }
+        return find(HashMapKey<Key>::hash(key), key);
+    }
     // The same for a key whose hash is known.
     Member * find(std::uint32_t hash, Key const & key) const noexcept {
-        for (HashMapMember * m = startAtHash(hash); m; m = nextInBucket(*m)) {
-            if (bucketHash(*m) != hash) continue;
-            // Out of line whatever goes beyond a look at both.
-            return HashMapKey<Key>::isSame(keyOf(*m), key) ? static_cast<Member *>(m)
-                                                           : findFrom(m, hash, key);
-        }
-        return nullptr;
+        return findIn(startAtHash(hash), hash, key);
+    }
+    // The same for those who will add a member when there is none.
+    Member * find(Place const & place, Key const & key) const noexcept {
+        return findIn(*place.bucket_, place.hash_, key);
     }
     // The same for a key in another form: its hash, and whether it is that of a member.
     template <class IsKeyOf>
@@ -437,23 +482,25 @@ public:
         newMember(hash, std::move(member));
     }
     void newMember(std::uint32_t hash, Ptr<Member> member) noexcept {
-        if (!hasRoom()) [[unlikely]]
-            grow();
-        Link * link = linkAtHash(hash);
-        if (*link) link = placeOf(link, member->collectionKey());
-        newMemberG(*link, std::move(member), hash);
+        newMemberAt(linkAtHash(hash), hash, std::move(member));
+    }
+    // REQUIRES: the collection has not changed since `place` was made with the member's key.
+    void newMember(Place const & place, Ptr<Member> member) noexcept {
+        std::uint32_t hash = place.hash_;
+        if constexpr (kHashesLate) {
+            if (this->onlyBucket()) hash = HashMapKey<Key>::hash(member->collectionKey());
+        }
+        newMemberAt(place.bucket_, hash, std::move(member));
     }
     // Takes the member of that key out and returns it; null when there is none.
     Ptr<Member> deleteMember(Key const & key) noexcept {
+        if constexpr (kHashesLate) {
+            if (Link * const only = this->onlyBucket()) return deleteFrom(only, 0, key);
+        }
         return deleteMember(HashMapKey<Key>::hash(key), key);
     }
     Ptr<Member> deleteMember(std::uint32_t hash, Key const & key) noexcept {
-        for (Link * link = linkAtHash(hash); *link; link = nextLink(*link)) {
-            if (bucketHash(**link) == hash && HashMapKey<Key>::equals(keyOf(**link), key)) {
-                return takenOut(*link);
-            }
-        }
-        return nullptr;
+        return deleteFrom(linkAtHash(hash), hash, key);
     }
     // Most have one member or none, whose class is known here.
     void emptyAllBuckets() noexcept {
@@ -464,18 +511,11 @@ public:
     // what the destructors of some of those that come next will need.
     template <class Ahead>
     void emptyAllBuckets(Ahead const & ahead) noexcept {
-        constexpr std::uint32_t kBatch = 16;
-        for (std::uint32_t bucket = 0; size() != 0 && bucket < this->bucketCount(); ++bucket) {
-            if (bucket % kBatch == 0) {
-                for (std::uint32_t next = bucket + kBatch; next < bucket + 2 * kBatch; ++next) {
-                    __builtin_prefetch(firstInBucket(next));
-                }
-                for (std::uint32_t next = bucket; next < bucket + kBatch; ++next) {
-                    if (auto * const member = static_cast<Member *>(firstInBucket(next))) ahead(*member);
-                }
-            }
-            emptyBucket(bucket);
-        }
+        constexpr std::size_t kAhead = 8;  // Buckets.
+        this->emptyBuckets([&](std::span<Link const> links) {
+            if (links.size() > 2 * kAhead) __builtin_prefetch(links[2 * kAhead]);
+            if (links.size() > kAhead && links[kAhead]) ahead(static_cast<Member const &>(*links[kAhead]));
+        });
         emptyAllBuckets();
     }
     // Calls `visit(member)` on every member, in order. REQUIRES: that changes no collection, and releases
@@ -498,8 +538,43 @@ public:
     }
 
 private:
+    // A key that takes longer to hash than to compare is not hashed for the only bucket of a small
+    // collection.
+    static constexpr bool kHashesLate = HashMapKey<Key>::kHashesLate;
+
     static Key const & keyOf(HashMapMember const & member) noexcept {
         return static_cast<Member const &>(member).collectionKey();
+    }
+    // Among `m` and those behind it.
+    static Member * findIn(HashMapMember * m, std::uint32_t hash, Key const & key) noexcept {
+        for (; m; m = nextInBucket(*m)) {
+            if constexpr (kHashesLate) {
+                if (HashMapKey<Key>::equals(keyOf(*m), key)) return static_cast<Member *>(m);
+            } else {
+                if (bucketHash(*m) != hash) continue;
+                // Out of line whatever goes beyond a look at both.
+                return HashMapKey<Key>::isSame(keyOf(*m), key) ? static_cast<Member *>(m)
+                                                               : findFrom(m, hash, key);
+            }
+        }
+        return nullptr;
+    }
+    // Takes the member of that key out that is `*link` or stands behind it.
+    Ptr<Member> deleteFrom(Link * link, std::uint32_t hash, Key const & key) noexcept {
+        for (; *link; link = nextLink(*link)) {
+            if ((kHashesLate || bucketHash(**link) == hash) && HashMapKey<Key>::equals(keyOf(**link), key)) {
+                return takenOut(*link);
+            }
+        }
+        return nullptr;
+    }
+    void newMemberAt(Link * link, std::uint32_t hash, Ptr<Member> member) noexcept {
+        if (!hasRoom()) [[unlikely]] {
+            grow();
+            link = linkAtHash(hash);
+        }
+        if (*link) link = placeOf(link, member->collectionKey());
+        newMemberG(*link, std::move(member), hash);
     }
     // What `link` points to.
     Ptr<Member> takenOut(Link & link) noexcept {

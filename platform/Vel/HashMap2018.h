@@ -104,12 +104,15 @@ public:
 
     [[gnu::always_inline]] void referenceDel() const noexcept {
         if (this->referenceDelIsLast()) [[unlikely]]
-            delete this;
+            end();
     }
 
 private:
     template <class, class, class>
     friend class HashMap2018;
+
+    // Out of the way of those who let go of one of several references.
+    [[gnu::noinline]] void end() const noexcept { delete this; }
 
     Value value_;  // First, because a flag finds room beside the base.
     Key const key_;
@@ -154,6 +157,8 @@ private:
 // `Tag` names the attribute, so that the entries of each are tracked under a name of their own.
 template <class Tag, class Key, class Value>
 class HashMap2018 : public HashMap2018Generic {
+    using Nodes = HashMap<HashMap2018Node<Tag, Key, Value>, Key, Tag>;
+
 public:
     using Node = HashMap2018Node<Tag, Key, Value>;
     using Iterator = HashMap2018Iterator<Node>;
@@ -174,13 +179,13 @@ public:
     Node const * firstInFirstBucket() const noexcept { return nodes_.firstInFirstBucket(); }
 
     // Sets the value of `key`, adding an entry when there is none; false when it had that value already.
-    bool valueIs(Key const & key, Value const & value) {
-        std::uint32_t const hash = HashMapKey<Key>::hash(key);
-        if (Node * const node = nodes_.find(hash, key)) {
+    [[gnu::always_inline]] bool valueIs(Key const & key, Value const & value) {
+        typename Nodes::Place place(nodes_, key);
+        if (Node * const node = nodes_.find(place, key)) {
             if (node->value_ == value) return false;
             node->value_ = value;
         } else {
-            nodes_.newMember(hash, new Node(key, value));
+            nodes_.newMember(place, new Node(key, value));
         }
         return true;
     }
@@ -204,10 +209,10 @@ public:
     static constexpr HashMap2018VTable kTable{[](HashMap2018Generic const & map) -> HashMapGeneric const & {
                                                   return static_cast<HashMap2018 const &>(map).nodes_;
                                               },
-                                              HashMap<Node, Key, Tag>::keys()};
+                                              Nodes::keys()};
 
 private:
-    HashMap<Node, Key, Tag> nodes_{1};
+    Nodes nodes_{1};
 };
 
 }  // namespace Vel

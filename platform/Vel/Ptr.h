@@ -28,7 +28,7 @@ public:
     template <class U>
         requires std::is_convertible_v<U *, T *>
     Ptr(Ptr<U> && other) noexcept : object_(other.release()) {}
-    ~Ptr() { drop(object_); }
+    [[gnu::always_inline]] ~Ptr() { drop(object_); }
 
     // Every assignment stores the new object before it lets go of the old one: the old one may own the
     // reference that is being assigned, or this very Ptr.
@@ -77,7 +77,7 @@ private:
     void take() const noexcept {
         if (object_) object_->referenceNew();
     }
-    static void drop(T * object) noexcept {
+    [[gnu::always_inline]] static void drop(T * object) noexcept {
         if (object) object->referenceDel();
     }
     void objectIs(T * object) noexcept {

@@ -152,6 +152,23 @@ TEST(HashMap2018, TellsPointersOfOneNameApart) {
     EXPECT_NE(map[b], nullptr);
 }
 
+TEST(HashMap2018, FindsPointersThatItTookBeforeItGrew) {
+    PortMap map;
+    std::vector<Ptr<NamedMember>> ports;
+    for (int i = 0; i < 20; ++i) {
+        ports.push_back(port("p"));
+        EXPECT_TRUE(map.valueIs(ports.back(), ports.back()));
+        for (auto const & each : ports) {
+            ASSERT_NE(map[each], nullptr) << i;
+            EXPECT_EQ(map[each]->value(), each);
+            EXPECT_EQ(lookup(map, KeyPointer{each.get()}), map[each]);
+            EXPECT_FALSE(map.valueIs(each, each)) << "it is there already";
+        }
+    }
+    for (auto const & each : ports) EXPECT_TRUE(map.valueDel(each));
+    EXPECT_EQ(map.size(), 0U);
+}
+
 TEST(HashMap2018, TakesNullForAKey) {
     PortMap map;
     std::vector<Ptr<NamedMember>> ports;

@@ -297,7 +297,7 @@ TEST(HashMap, ThatIsEmptiedShowsWhatComesNextOnce) {
         EXPECT_EQ(collection.size(), 0U);
         EXPECT_EQ(collection.bucketBits(), 0U);
         EXPECT_EQ(liveMembers<Name>(), 0U);
-        EXPECT_EQ(seen.empty(), present.empty());
+        EXPECT_EQ(seen.empty(), members < 50) << "a few need no look ahead";
     }
 }
 
