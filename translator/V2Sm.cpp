@@ -167,7 +167,8 @@ void V2Sm::edgeIs(Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const & edge) 
             "null _edge parameter to mutator for NetworkTopologyAggregator::V2Sm::edge not allowed\"");
     }
     Vel::KeepAlive const keepRoot(*this);
-    edgeReactorIs(edge);
+    // The caller's may live in what goes away meanwhile.
+    edgeReactorIs(Vel::Ptr<NetworkTopology::DirectedEdgeV2 const>(edge));
 }
 
 void V2Sm::edgeReactorIs(Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const & edge) {
@@ -175,13 +176,8 @@ void V2Sm::edgeReactorIs(Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const &
 }
 
 Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> V2Sm::edgeDel(FromPort const & fromPort) {
-    return edgeReactorDel(fromPort, Vel::HashMapKey<FromPort>::hash(fromPort));
-}
-
-Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> V2Sm::edgeReactorDel(FromPort const & fromPort,
-                                                                     std::uint32_t hash) {
     Vel::KeepAlive const keepRoot(*this);
-    auto const reactor = reactorDel(edge_, hash, fromPort);
+    auto const reactor = reactorDel(edge_, Vel::HashMapKey<FromPort>::hash(fromPort), fromPort);
     return reactor ? reactor->notifier() : nullptr;
 }
 
@@ -240,7 +236,7 @@ void V2Sm::populateHost(NetworkTopology::HostV2 const & hostV2, NetworkTopologyV
     for (auto const & port : hostV2.port()) {
         Vel::Ptr<NetworkTopologyV3::Port> const portV3 = hostV3->findPort(port->name(), port->nameHash());
         if (portV3) {
-            portV3->portGroupIs(toPortGroupV3(port->portGroup()));
+            portV3->portGroupIs(tracedPortGroupV3([&] { return port->group(); }));
         }
     }
     for (auto const & group : hostV2.portGroup()) {
@@ -295,7 +291,7 @@ V2Sm::toPortBaseV3(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portV2) {
     Vel::Ptr<NetworkTopology::HostV2 const> hostV2 = portV2->holder();
     NetworkTopologyV3::Host::Ptr hostV3 = hostV3Of(hostV2.get());
     if (!hostV3) return nullptr;
-    return PortBaseFinder::PortBaseFinderIs(std::move(hostV2), std::move(hostV3))->find(portV2);
+    return PortBaseFinder::PortBaseFinderIs(std::move(hostV2), std::move(hostV3))->findLast(portV2);
 }
 
 NetworkTopologyV3::Port * V2Sm::toPortV3(Vel::Ptr<NetworkTopology::PortV2 const> const & portV2) {
@@ -305,13 +301,27 @@ NetworkTopologyV3::Port * V2Sm::toPortV3(Vel::Ptr<NetworkTopology::PortV2 const>
     return hostV3 ? hostV3->findPort(portV2->name(), portV2->nameHash()) : nullptr;
 }
 
-NetworkTopologyV3::PortGroup *
-V2Sm::toPortGroupV3(Vel::Ptr<NetworkTopology::PortGroupV2 const> const & pgV2) {
+template <class Group>
+inline NetworkTopologyV3::PortGroup * V2Sm::tracedPortGroupV3(Group const & group) {
     traced("NetworkTopologyV3::PortGroup* NetworkTopologyAggregator::V2Sm::toPortGroupV3(const PtrConst&)",
            "toPortGroupV3");
+    NetworkTopology::PortGroupV2 const * const pgV2 = group();
     if (!pgV2) return nullptr;
     NetworkTopologyV3::Host const * const hostV3 = hostV3Of(pgV2->holder());
     return hostV3 ? hostV3->findPortGroup(pgV2->name(), pgV2->nameHash()) : nullptr;
+}
+
+NetworkTopologyV3::PortGroup *
+V2Sm::toPortGroupV3(Vel::Ptr<NetworkTopology::PortGroupV2 const> const & pgV2) {
+    return tracedPortGroupV3([&] { return pgV2.get(); });
+}
+
+NetworkTopologyV3::PortGroup *
+V2Sm::toPortGroupV3Of(NetworkTopology::PortV2::NotifieeConst const & follower) {
+    return tracedPortGroupV3([&] {
+        NetworkTopology::PortV2 const * const port = follower.notifier();
+        return port ? port->group() : nullptr;
+    });
 }
 
 NetworkTopologyV3::MlagPort * V2Sm::toMlagV3(Vel::Ptr<NetworkTopology::MlagV2 const> const & mlagV2) {

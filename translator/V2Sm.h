@@ -150,14 +150,18 @@ private:
     V2Sm(Vel::Name name, Vel::Ptr<NetworkTopology::StatusV2 const> const & v2,
          Vel::Ptr<NetworkTopologyV3::Status> const & v3);
 
-    Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> edgeReactorDel(FromPort const & fromPort,
-                                                                   std::uint32_t hash);
-    // REQUIRES: something keeps this root alive.
+    // REQUIRES: something keeps this root and `edge` alive.
     void edgeReactorIs(Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const & edge);
     // The bound output, without a reference of its own: for as long as nothing is written. Null when unbound.
     NetworkTopologyV3::Status * output() const noexcept;
     // The version-3 host of that name; null for null, and where there is none.
     NetworkTopologyV3::Host * hostV3Of(NetworkTopology::HostV2 const * hostV2) const noexcept;
+    // As toPortGroupV3 of the group of the port that `follower` follows, which a trace sink may change, too.
+    NetworkTopologyV3::PortGroup * toPortGroupV3Of(NetworkTopology::PortV2::NotifieeConst const & follower);
+    // As toPortGroupV3 of the one that `group()` gives, which is not asked before a trace sink has had its
+    // say.
+    template <class Group>
+    NetworkTopologyV3::PortGroup * tracedPortGroupV3(Group const & group);
     void populateHost(NetworkTopology::HostV2 const & hostV2, NetworkTopologyV3::Status & v3);
     void populateEdge(NetworkTopology::DirectedEdgeV2 const & edgeV2, NetworkTopologyV3::Status & v3);
     // No reactor calls back into a dying root.

@@ -179,13 +179,15 @@ V2Sm::VelHost::newMlag(Vel::Ptr<NetworkTopology::MlagV2 const> const & mlag) {
     return newReactor(mlag_, mlag->nameHash(), mlag, this);
 }
 
+// What callers pass may live in what goes away meanwhile: hence references of our own.
+
 Vel::Ptr<V2Sm::VelHost::VelPort> V2Sm::VelHost::portIs(Vel::Ptr<NetworkTopology::PortV2 const> const & port) {
     if (!port) {
         Vel::throwRangeException("null _port parameter to mutator for "
                                  "NetworkTopologyAggregator::V2Sm::VelHost::port not allowed\"");
     }
     Vel::KeepAlive const keepThis(*this);
-    return memberIs(port_, port);
+    return memberIs(port_, Vel::Ptr<NetworkTopology::PortV2 const>(port));
 }
 
 Vel::Ptr<V2Sm::VelHost::VelPortGroup>
@@ -195,7 +197,7 @@ V2Sm::VelHost::portGroupIs(Vel::Ptr<NetworkTopology::PortGroupV2 const> const & 
                                  "NetworkTopologyAggregator::V2Sm::VelHost::portGroup not allowed\"");
     }
     Vel::KeepAlive const keepThis(*this);
-    return memberIs(portGroup_, portGroup);
+    return memberIs(portGroup_, Vel::Ptr<NetworkTopology::PortGroupV2 const>(portGroup));
 }
 
 Vel::Ptr<V2Sm::VelHost::VelMlag> V2Sm::VelHost::mlagIs(Vel::Ptr<NetworkTopology::MlagV2 const> const & mlag) {
@@ -204,7 +206,7 @@ Vel::Ptr<V2Sm::VelHost::VelMlag> V2Sm::VelHost::mlagIs(Vel::Ptr<NetworkTopology:
                                  "NetworkTopologyAggregator::V2Sm::VelHost::mlag not allowed\"");
     }
     Vel::KeepAlive const keepThis(*this);
-    return memberIs(mlag_, mlag);
+    return memberIs(mlag_, Vel::Ptr<NetworkTopology::MlagV2 const>(mlag));
 }
 
 void V2Sm::VelHost::portDel(Vel::Name name) {

@@ -119,7 +119,7 @@ public:
     void ownerIs(V2Sm * owner) noexcept { owner_ = owner; }
 
 private:
-    // REQUIRES: something keeps this reactor alive.
+    // REQUIRES: something keeps this reactor and `input` alive.
     template <class Reactor, class Input>
     Vel::Ptr<Reactor> memberIs(Vel::HashMap<Reactor, Vel::Name, VelHost> & registry,
                                Vel::Ptr<Input const> const & input);

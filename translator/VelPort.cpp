@@ -18,7 +18,7 @@ void V2Sm::VelHost::VelPort::onPortGroup() {
     if (!notifier() || !v3Port()) return;
     Vel::fetch(v3Port().get());
     V2Sm * const translator = sm();
-    v3Port()->portGroupIs(translator ? translator->toPortGroupV3(notifier()->portGroup()) : nullptr);
+    v3Port()->portGroupIs(translator ? translator->toPortGroupV3Of(*this) : nullptr);
 }
 
 NetworkTopologyV3::Port::Ptr V2Sm::VelHost::VelPort::createV3Port() {

@@ -63,9 +63,16 @@ void V2Sm::VelV2::onEdge(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & fro
     FromPort const key = fromPort;  // The caller's may live in what goes away meanwhile.
     std::uint32_t const hash = Vel::HashMapKey<FromPort>::hash(key);
     if (owner_) owner_->edge_.fetch(hash);
-    reconcileKey<NetworkTopology::DirectedEdgeV2>(
-        [&] { return owner_ && notifier(); }, [&] { return notifier()->findEdge(key, hash); },
-        [&](auto const & edge) { owner_->edgeIs(edge); }, [&] { owner_->edgeReactorDel(key, hash); });
+    reconcileKey<NetworkTopology::DirectedEdgeV2>([&] { return owner_ && notifier(); },
+                                                  [&] { return notifier()->findEdge(key, hash); },
+                                                  [&](auto const & edge) {
+                                                      Vel::KeepAlive const keepRoot(*owner_);
+                                                      owner_->edgeReactorIs(edge);
+                                                  },
+                                                  [&] {
+                                                      Vel::KeepAlive const keepRoot(*owner_);
+                                                      reactorDel(owner_->edge_, hash, key);
+                                                  });
 }
 
 void V2Sm::VelV2::onEdgevelImmediate() {

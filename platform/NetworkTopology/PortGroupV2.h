@@ -77,4 +77,6 @@ public:
     }
 };
 
+inline PortGroupV2 * PortV2::group() const noexcept { return portGroup_.get(); }
+
 }  // namespace NetworkTopology

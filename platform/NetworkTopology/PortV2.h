@@ -25,6 +25,8 @@ public:
     // The group of which this port is a member. Not counted: null as well once the group is gone, of which
     // nobody is told. The writer keeps it in step with the group's `memberPort`.
     Vel::Ptr<PortGroupV2> portGroup() const;
+    // The same without a reference, compiled into those who include PortGroupV2.h.
+    inline PortGroupV2 * group() const noexcept;
     void portGroupIs(Vel::Ptr<PortGroupV2> const & value);
 
     void accept(Vel::Ptr<PortBaseVisitor> const & visitor) const override;

@@ -203,10 +203,10 @@ FAULTS = [
         "group-never-left",
         "translator/VelPort.cpp",
         """\
-    v3Port()->portGroupIs(translator ? translator->toPortGroupV3(notifier()->portGroup()) : nullptr);
+    v3Port()->portGroupIs(translator ? translator->toPortGroupV3Of(*this) : nullptr);
 """,
         """\
-    auto * const group = translator ? translator->toPortGroupV3(notifier()->portGroup()) : nullptr;
+    auto * const group = translator ? translator->toPortGroupV3Of(*this) : nullptr;
     if (group) v3Port()->portGroupIs(group);
 """,
         "a port that leaves its group stays in it",

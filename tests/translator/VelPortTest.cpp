@@ -4,6 +4,7 @@
 
 #include "tests/translator/support/Followed.h"
 #include "tests/translator/support/Journal.h"
+#include "tests/translator/support/TraceLog.h"
 
 namespace {
 
@@ -39,6 +40,27 @@ TEST_F(VelPort, ReboundTakesTypeAndGroupOfItsNewPort) {
     host->port("p")->notifierIs(port);
     EXPECT_THAT(journal.taken(), ElementsAre("trace toPortTypeV3", "/host/a/port/p typeIs(mlag)",
                                              "trace toPortGroupV3", "/host/a/port/p portGroupIs(null)"));
+}
+
+TEST_F(VelPort, ReboundByATraceSinkReadsTheGroupOfItsNewPort) {
+    auto const reactor = host->port("p");
+    reactor->notifierIs(PortV2::PortV2Is("p"));  // Which nobody else holds.
+    TestSupport::TraceLog traces;
+    traces.onTraceIs([&](TestSupport::Trace const & trace) {
+        if (trace.function == "toPortGroupV3") reactor->notifierIs(hostV2->port("p"));
+    });
+    reactor->onPortGroup();
+    EXPECT_EQ(hostV3()->port("p")->portGroup(), hostV3()->portGroup("g").get());
+}
+
+TEST_F(VelPort, UnboundByATraceSinkWritesNoGroup) {
+    auto const reactor = host->port("p");
+    TestSupport::TraceLog traces;
+    traces.onTraceIs([&](TestSupport::Trace const & trace) {
+        if (trace.function == "toPortGroupV3") reactor->notifierIs(nullptr);
+    });
+    hostV2->port("p")->portGroupIs(nullptr);
+    EXPECT_EQ(hostV3()->port("p")->portGroup(), nullptr);
 }
 
 TEST_F(VelPort, WritesTheCounterpartOfItsGroup) {

@@ -52,12 +52,11 @@ Vel::Ptr<Reactor> newReactor(Vel::HashMap<Reactor, Key, Owner> & registry, std::
 }
 
 // Makes sure that the reactor under `key`, which has that hash, follows `input`: returns it as it is, rebinds
-// it, or makes it. Takes a reference of its own, because `key` may live in the object. REQUIRES: something
-// keeps `owner` alive.
+// it, or makes it. REQUIRES: something keeps `owner`, and `input` with the key that lives in it, alive.
 template <class Reactor, class Key, class Owner, class Input>
-[[gnu::always_inline]] inline Vel::Ptr<Reactor> reactorIs(Vel::HashMap<Reactor, Key, Owner> & registry,
-                                                          std::uint32_t hash, Vel::Ptr<Input const> input,
-                                                          Key const & key, Owner * owner) {
+[[gnu::always_inline]] inline Vel::Ptr<Reactor>
+reactorIs(Vel::HashMap<Reactor, Key, Owner> & registry, std::uint32_t hash,
+          Vel::Ptr<Input const> const & input, Key const & key, Owner * owner) {
     Vel::Ptr<Reactor> reactor = registry.find(hash, key);
     if (!reactor) {
         reactor = newReactor(registry, hash, input, owner);
