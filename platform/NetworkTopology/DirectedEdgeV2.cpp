@@ -32,6 +32,9 @@ std::optional<bool> DirectedEdgeV2::toPort(Vel::Ptr<PortBaseV2 const> const & po
     return entry ? std::optional(entry->value()) : std::nullopt;
 }
 
+// By value, because whatever the caller's keys live in may go away in a delivery.
+// NOLINTBEGIN(performance-unnecessary-value-param)
+
 void DirectedEdgeV2::toPortIs(Vel::Ptr<PortBaseV2 const> port, bool flag) {
     Mutation::valueIs(*this, toPort_, port, flag, onToPort);
 }
@@ -39,6 +42,8 @@ void DirectedEdgeV2::toPortIs(Vel::Ptr<PortBaseV2 const> port, bool flag) {
 void DirectedEdgeV2::toPortDel(Vel::Ptr<PortBaseV2 const> port) {
     Mutation::valueDel(*this, toPort_, port, onToPort);
 }
+
+// NOLINTEND(performance-unnecessary-value-param)
 
 void DirectedEdgeV2::toPortDelAll() {
     Mutation::valueDelAll(*this, toPort_, onToPort, [](NotifieeConst & r) { r.onToPortvelImmediate(); });

@@ -58,9 +58,14 @@ Vel::Ptr<DirectedEdgeV2> StatusV2::edgeIs(Vel::Ptr<DirectedEdgeV2> edge) {
     return Mutation::memberIs(*this, edge_, std::move(edge), "NetworkTopology::StatusV2::edge", onEdge);
 }
 
+// By value, because whatever the caller's keys live in may go away in a delivery.
+// NOLINTBEGIN(performance-unnecessary-value-param)
+
 Vel::Ptr<DirectedEdgeV2> StatusV2::edgeDel(Vel::Ptr<PortBaseV2 const> fromPort) {
     return Mutation::memberDel(*this, edge_, fromPort, onEdge);
 }
+
+// NOLINTEND(performance-unnecessary-value-param)
 
 void StatusV2::edgeDelAll() {
     Mutation::memberDelAll(*this, edge_, onEdge, [](NotifieeConst & r) { r.onEdgevelImmediate(); });

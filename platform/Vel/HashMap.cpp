@@ -17,21 +17,23 @@ using Link = HashMapMember *;
 
 // Small arrays lie with the objects; large ones are huge pages.
 
+constexpr std::size_t storageSize(unsigned bits) noexcept {
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): of the pointers themselves.
+    return sizeof(Link) << bits;
+}
+
 // Null without the memory for it.
 Link * newLinks(unsigned bits) noexcept {
-    std::size_t const count = std::size_t{1} << bits;
     try {
-        auto * const links = static_cast<Link *>(SlabPool::cell(count * sizeof(Link)));
-        std::uninitialized_value_construct_n(links, count);
+        auto * const links = static_cast<Link *>(SlabPool::cell(storageSize(bits)));
+        std::uninitialized_value_construct_n(links, std::size_t{1} << bits);
         return links;
     } catch (std::bad_alloc const &) {
         return nullptr;
     }
 }
 
-void linksDel(Link * links, unsigned bits) noexcept {
-    SlabPool::cellDel(links, (std::size_t{1} << bits) * sizeof(Link));
-}
+void linksDel(Link * links, unsigned bits) noexcept { SlabPool::cellDel(links, storageSize(bits)); }
 
 }  // namespace
 

@@ -21,7 +21,7 @@ struct Registry {
     std::shared_ptr<Sink const> sink;
 };
 
-void enableFromEnvironment(Registry & registry);
+void enableFromEnvironment(Registry & all);
 
 // Never destroyed: translators with static lifetime trace to the end.
 Registry & registry() {
