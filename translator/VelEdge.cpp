@@ -42,7 +42,8 @@ NetworkTopologyV3::DirectedEdge::Ptr V2Sm::VelEdge::createV3Edge() {
     if (!sm_) return nullptr;
     NetworkTopology::DirectedEdgeV2 const * const edge = notifier();
     auto const fromPort = edge ? sm_->toPortBaseV3(edge->fromPort()) : sm_->toPortBaseV3(nullptr);
-    NetworkTopologyV3::Status * const status = sm_->output();
+    // A trace sink may have let go of this reactor meanwhile.
+    NetworkTopologyV3::Status * const status = sm_ ? sm_->output() : nullptr;
     return fromPort && status ? status->edgeIs(fromPort->portKey()) : nullptr;
 }
 

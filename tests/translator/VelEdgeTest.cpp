@@ -5,6 +5,7 @@
 #include "platform/Vel/Exceptions.h"
 #include "tests/translator/support/Followed.h"
 #include "tests/translator/support/Journal.h"
+#include "tests/translator/support/TraceLog.h"
 
 namespace {
 
@@ -238,6 +239,15 @@ TEST_F(VelEdge, CreatesItsEdgeAnewWhenAsked) {
     EXPECT_NE(created, before);
     EXPECT_EQ(created, models.v3->edge(hostV3()->port("p")->portKey()));
     EXPECT_EQ(reactor->v3Edge(), before);
+}
+
+TEST_F(VelEdge, LetGoByATraceSinkMeanwhileCreatesNothing) {
+    TestSupport::TraceLog traces;
+    traces.onTraceIs([&](TestSupport::Trace const & trace) {
+        if (trace.function == "toPortBaseV3") sm->edgeDel(port);
+    });
+    EXPECT_EQ(reactor->createV3Edge(), nullptr);
+    EXPECT_EQ(reactor->owner(), nullptr);
 }
 
 TEST_F(VelEdge, CreatesNothingWithoutOutputStatusFromPortOrRoot) {
