@@ -155,7 +155,7 @@ private:
                  void const * secondCallback) const;
     inline void enter(PtrInterface::NotifieeConst & reactor) noexcept;
     void leave(PtrInterface::NotifieeConst & reactor) noexcept;
-    // From a list that has others or is being walked. Looks for the reactor before it, of which there are
+    // From a list that has others, or during a delivery. Looks for the reactor before it, of which there are
     // few, from the first one on: many leave mostly in the order in which they entered, and then each is
     // found at once.
     [[gnu::noinline]] void leaveOthers(PtrInterface::NotifieeConst & reactor) noexcept;
