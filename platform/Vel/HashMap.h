@@ -445,8 +445,8 @@ public:
         friend class HashMap;
 
         Link * bucket_;
-        std::uint32_t hash_ =
-            0;  // Not known where it takes no hash to compare keys, and there is one bucket.
+        // Not known where it takes no hash to compare keys, and there is one bucket.
+        std::uint32_t hash_ = 0;
     };
 
     // Null when there is none in the first bucket, which is the only one of a small collection.
