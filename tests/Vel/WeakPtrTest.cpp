@@ -157,6 +157,37 @@ TEST(WeakPtr, IsNullWhileItsTargetWaitsForItsDestruction) {
     EXPECT_TRUE(allLivedAtTheSixteenth) << "the seventeenth was seen while it waited";
 }
 
+TEST(WeakPtr, StaysNullWhenWhatItSharedWithItsTargetServesAnother) {
+    Vel::Ptr<Group> group = new Group;
+    Vel::WeakPtr<Group> old;
+    old = group.get();
+    for (int i = 0; i < 100; ++i) {
+        group = nullptr;
+        group = new Group;
+        Vel::WeakPtr<Group> present;
+        present = group.get();
+        EXPECT_EQ(old.get(), nullptr);
+        EXPECT_EQ(present.get(), group.get());
+    }
+}
+
+// More lives than a reference can count.
+TEST(WeakPtr, NeverComesBackToLife) {
+    constexpr std::size_t kLives = (std::size_t{1} << 20) + 1000;
+    std::deque<Vel::WeakPtr<Group>> old(100);
+    for (std::size_t life = 0; life < kLives; ++life) {
+        Vel::Ptr<Group> const group = new Group;
+        Vel::WeakPtr<Group> passing;
+        Vel::WeakPtr<Group> & weak = life < old.size() ? old[life] : passing;
+        weak = group.get();
+        ASSERT_EQ(weak.get(), group.get()) << life;
+        if (life % 100 != 0 && life < kLives - 2000) continue;
+        for (std::size_t i = 0; i < std::min(life, old.size()); ++i) {
+            ASSERT_EQ(old[i].get(), nullptr) << i << " in life " << life;
+        }
+    }
+}
+
 TEST(WeakPtr, FollowsAModelOfTheSame) {
     std::mt19937 random(7);
     std::vector<Vel::Ptr<Group>> groups(5);

@@ -18,6 +18,7 @@
 #include "platform/Vel/Ptr.h"
 #include "platform/Vel/Trace.h"
 #include "platform/Vel/VelType.h"
+#include "platform/Vel/WeakPtr.h"
 #include "tests/Vel/Lamp.h"
 
 namespace VelTest {
@@ -70,6 +71,32 @@ TEST(ThreadSafePtr, CountsExactlyWhatFourThreadsCopyAndRelease) {
     EXPECT_EQ(shared->references(), 1U + kThreads * (kRounds / 100));
     kept.clear();
     EXPECT_EQ(shared->references(), 1U);
+}
+
+class Target final : public Vel::PtrInterface, public Vel::AllocTracked<Target> {
+public:
+    Vel::WeakTarget & weakTarget() const { return weakTarget_; }
+
+private:
+    mutable Vel::WeakTarget weakTarget_;
+};
+
+TEST(ThreadSafeWeakPtr, ServesTargetsOfSeveralThreads) {
+    std::atomic<int> wrong = 0;
+    together([&](int) {
+        std::array<Ptr<Target>, 8> targets;
+        std::array<Vel::WeakPtr<Target>, targets.size()> weak;
+        for (std::size_t i = 0; i < kRounds; ++i) {
+            std::size_t const one = i % targets.size();
+            targets[one] = nullptr;
+            if (weak[one].get()) ++wrong;
+            targets[one] = new Target;
+            if (weak[one].get()) ++wrong;
+            weak[one] = targets[one].get();
+            for (std::size_t j = 0; j < targets.size(); ++j) wrong += weak[j].get() != targets[j].get();
+        }
+    });
+    EXPECT_EQ(wrong, 0);
 }
 
 TEST(ThreadSafePtr, KeepsFlagsAndCountApart) {
