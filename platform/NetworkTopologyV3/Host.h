@@ -36,6 +36,9 @@ public:
     struct LogicalPortTag;
     using LogicalPort = Vel::HashMap2018<LogicalPortTag, Vel::Name, Vel::Ptr<PortBase const>>;
 
+    // Hosts are few, and are looked up whenever anything of theirs is: the first look mostly finds the one.
+    static constexpr unsigned kBucketsPerMember = 4;
+
     static Vel::VelType const _velType;
     Vel::VelType const * fwkType() const override;
 

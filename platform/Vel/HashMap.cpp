@@ -51,8 +51,8 @@ void HashMapGeneric::emptyArray() noexcept {
     single_ = nullptr;
 }
 
-void HashMapGeneric::reserve(std::uint32_t members) noexcept {
-    auto const bits = static_cast<unsigned>(std::bit_width(members ? members - 1 : 0u));
+void HashMapGeneric::bucketsIs(std::uint64_t buckets) noexcept {
+    auto const bits = static_cast<unsigned>(std::bit_width(buckets ? buckets - 1 : 0u));
     if (bits > bucketBits()) bucketBitsIs(std::max(bits, initialBucketBits()));
 }
 

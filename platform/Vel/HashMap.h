@@ -7,7 +7,9 @@
 //
 // Growth
 //     Empty collections and those of one member need no bucket array. The array doubles when there are more
-//     members than buckets and never shrinks. When memory for it cannot be had, chains grow longer instead.
+//     members than buckets and never shrinks. When memory for it cannot be had, chains grow longer instead. A
+//     member class whose collections are small, and looked into all the time, has `kBucketsPerMember` of more
+//     than one: chains are shorter.
 //
 // Walking while the collection changes
 //     An iterator holds its current member. Removing that member, or any other, and inserting members is
@@ -72,8 +74,6 @@ public:
     HashMapGeneric & operator=(HashMapGeneric const &) = delete;
 
     std::uint32_t size() const noexcept { return size_; }
-    // Makes room for that many members at once; a hint.
-    void reserve(std::uint32_t members) noexcept;
     // Another number after each insertion, removal and growth; begins anew after four million of them.
     std::uint32_t modificationCount() const noexcept { return state_ / kModification; }
     unsigned bucketBits() const noexcept { return -state_ % kHashBits; }
@@ -90,6 +90,8 @@ protected:
     ~HashMapGeneric() { emptyAllBuckets(); }
 
     std::uint32_t bucketCount() const noexcept { return std::uint32_t{1} << bucketBits(); }
+    // Makes so many buckets, or the next power of two, if there are fewer; a hint.
+    void bucketsIs(std::uint64_t buckets) noexcept;
 
     // A counted reference to a member, or null: that of a bucket to its first one, or of a member to the
     // next.
@@ -101,9 +103,11 @@ protected:
         return isSingle(state) ? &single_ : &buckets_[std::uint64_t{hash} >> state % kShifts];
     }
     static Link * nextLink(Link link) noexcept { return &link->bucketNext_; }
-    // Whether one more member finds as many buckets as members.
-    bool hasRoom() const noexcept { return std::uint64_t{size_} << state_ % kShifts >> kHashBits == 0; }
-    // Makes room for one more; a hint.
+    // Whether one more member finds as many buckets for each as that.
+    bool hasRoom(unsigned bucketsPerMember) const noexcept {
+        return std::uint64_t{size_} * bucketsPerMember << state_ % kShifts >> kHashBits == 0;
+    }
+    // Makes twice as many buckets, or the first array; a hint.
     [[gnu::cold]] void grow() noexcept { bucketBitsIs(std::max(bucketBits() + 1, initialBucketBits())); }
     // Inserts `member` under a key of that hash, where `link` points. REQUIRES: no member stands under that
     // key, `member` stands nowhere, and the key's place is there.
@@ -449,6 +453,10 @@ public:
         std::uint32_t hash_ = 0;
     };
 
+    // Makes room for that many members at once; a hint.
+    void reserve(std::uint32_t members) noexcept {
+        this->bucketsIs(std::uint64_t{members} * bucketsPerMember());
+    }
     // Null when there is none in the first bucket, which is the only one of a small collection.
     Member * firstInFirstBucket() const noexcept { return static_cast<Member *>(startAtHash(0)); }
     // The member of that key, or null. Never inserts.
@@ -542,6 +550,13 @@ private:
     // collection.
     static constexpr bool kHashesLate = HashMapKey<Key>::kHashesLate;
 
+    static constexpr unsigned bucketsPerMember() noexcept {
+        if constexpr (requires { Member::kBucketsPerMember; }) {
+            return Member::kBucketsPerMember;
+        } else {
+            return 1;
+        }
+    }
     static Key const & keyOf(HashMapMember const & member) noexcept {
         return static_cast<Member const &>(member).collectionKey();
     }
@@ -569,7 +584,7 @@ private:
         return nullptr;
     }
     void newMemberAt(Link * link, std::uint32_t hash, Ptr<Member> member) noexcept {
-        if (!hasRoom()) [[unlikely]] {
+        if (!hasRoom(bucketsPerMember())) [[unlikely]] {
             grow();
             link = linkAtHash(hash);
         }

@@ -199,6 +199,30 @@ TEST(HashMap, DoublesItsBucketsWhenThereAreMoreMembers) {
     EXPECT_EQ(collection.bucketBits(), 0U) << "it gives its buckets back when it is emptied";
 }
 
+class SparseMember final : public Vel::HashMapMember {
+public:
+    static constexpr unsigned kBucketsPerMember = 4;
+
+    explicit SparseMember(Name name) : name_(std::move(name)) {}
+    Name const & collectionKey() const noexcept { return name_; }
+
+private:
+    Name const name_;
+};
+
+TEST(HashMap, HasAsManyBucketsForEachMemberAsItsClassAsksFor) {
+    using Members = Vel::HashMap<SparseMember, Name, SparseMember>;
+    Members grown(4);
+    for (int i = 0; i < 4096; ++i) grown.newMember(Ptr<SparseMember>(new SparseMember(name(i))));
+    EXPECT_EQ(grown.bucketBits(), 14U);
+    Members reserved(4);
+    reserved.reserve(1024);
+    EXPECT_EQ(reserved.bucketBits(), 12U);
+    for (int i = 0; i < 1024; ++i) reserved.newMember(Ptr<SparseMember>(new SparseMember(name(i))));
+    EXPECT_EQ(reserved.bucketBits(), 12U);
+    for (int i = 0; i < 1024; ++i) EXPECT_TRUE(reserved[name(i)]);
+}
+
 TEST(HashMap, OrdersMembersByBucketAndThenByKey) {
     std::mt19937 random(3);
     ChosenCollection collection;
