@@ -132,6 +132,16 @@ struct alignas(512) Slab {
         std::uint64_t free = freeCells[firstWord];
         std::byte * const first = cells + std::size_t{firstWord} * kCellsPerWord * cellBytes;
         std::uint32_t left = most;
+        // In a slab that is being filled for the first time they lie side by side.
+        auto const lowest = static_cast<unsigned>(__builtin_ctzll(free));
+        std::uint64_t const run = ((std::uint64_t{1} << most) - 1) << lowest;
+        if ((free & run) == run && lowest + most <= kCellsPerWord) {
+            std::byte * cell = first + lowest * std::size_t{cellBytes};
+            for (; left != 0; cell += cellBytes) taken[--left] = cell;
+            freeCells[firstWord] = free & ~run;
+            cellsInUse += most;
+            return most;
+        }
         do {
             // Not std::countr_zero, which tests first whether there is a bit.
             taken[--left] = first + static_cast<unsigned>(__builtin_ctzll(free)) * std::size_t{cellBytes};
