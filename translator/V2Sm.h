@@ -162,7 +162,9 @@ private:
     // say.
     template <class Group>
     NetworkTopologyV3::PortGroup * tracedPortGroupV3(Group const & group);
-    void populateHost(NetworkTopology::HostV2 const & hostV2, NetworkTopologyV3::Status & v3);
+    // One of so many hosts.
+    void populateHost(NetworkTopology::HostV2 const & hostV2, std::uint32_t hosts,
+                      NetworkTopologyV3::Status & v3);
     void populateEdge(NetworkTopology::DirectedEdgeV2 const & edgeV2, NetworkTopologyV3::Status & v3);
     // No reactor calls back into a dying root.
     void clearOwners() noexcept;

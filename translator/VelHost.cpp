@@ -282,7 +282,8 @@ void V2Sm::VelHost::onMlag(Vel::Name name) {
 void V2Sm::VelHost::reconcilePorts() {
     Vel::KeepAlive const keepThis(*this);
     Vel::Ptr<NetworkTopology::HostV2 const> const host = notifier();
-    NamesAhead<NetworkTopology::PortV2> ahead;
+    auto const input = owner_ ? owner_->v2() : nullptr;
+    PortNamesAhead ahead(*host, input ? input->host().size() : 1);
     reconcile(
         host->port(), port_, [&] { return notifier() == host.get(); },
         [&](Vel::Ptr<NetworkTopology::PortV2 const> const & port) { memberIs(port_, port); },

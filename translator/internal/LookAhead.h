@@ -18,15 +18,18 @@
 
 #include "platform/NetworkTopology/DirectedEdgeV2.h"
 #include "platform/NetworkTopology/HostV2.h"
+#include "platform/NetworkTopology/PortV2.h"
 #include "platform/NetworkTopologyV3/Host.h"
 #include "platform/NetworkTopologyV3/Status.h"
 #include "translator/V2Sm.h"
 
 namespace NetworkTopologyAggregator {
 
-// How many edges are looked at together, and below how many it is not worth it.
+// How many edges are looked at together, and below how many edges, or ports, of a topology it is not worth
+// it.
 inline constexpr std::size_t kAtOnce = 24;
 inline constexpr std::uint32_t kFewestEdges = 8192;
+inline constexpr std::uint32_t kFewestPorts = 8192;
 
 // Things that begin to be fetched when they are added. What is too many is dropped: nothing depends on it.
 template <class T, std::size_t kMost>
@@ -53,7 +56,7 @@ template <class Member>
 class MembersAhead {
 public:
     // `isWorthIt`: it is not where most of what the walk needs is in the caches already.
-    explicit MembersAhead(bool isWorthIt = true) noexcept : isWorthIt_(isWorthIt) {}
+    explicit MembersAhead(bool isWorthIt) noexcept : isWorthIt_(isWorthIt) {}
 
     // To be asked at each step of the walk: whether there is a new batch.
     template <class Walk>
@@ -77,18 +80,21 @@ private:
     Batch<Member, kAtOnce> members_;
 };
 
-// What a walk over the members of a host needs of each: itself and its name.
-template <class Member>
-class NamesAhead {
+// What a walk over the ports of a host needs of each: itself and its name.
+class PortNamesAhead {
 public:
+    // `host` is one of so many hosts, which are taken to be alike.
+    PortNamesAhead(NetworkTopology::HostV2 const & host, std::uint32_t hosts) noexcept
+        : ports_(std::uint64_t{host.port().size()} * hosts >= kFewestPorts) {}
+
     template <class Walk>
     void fetch(Walk const & walk) noexcept {
-        if (!members_.next(walk)) return;
-        for (Member const * const member : members_.members()) __builtin_prefetch(member->name().data());
+        if (!ports_.next(walk)) return;
+        for (auto const * const port : ports_.members()) __builtin_prefetch(port->name().data());
     }
 
 private:
-    MembersAhead<Member const> members_;
+    MembersAhead<NetworkTopology::PortV2 const> ports_;
 };
 
 // Ports of the input, their hosts, and the counterparts of both.
