@@ -297,20 +297,24 @@ V2Sm::toPortBaseV3(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portV2) {
 }
 
 NetworkTopologyV3::Port * V2Sm::toPortV3(Vel::Ptr<NetworkTopology::PortV2 const> const & portV2) {
-    traced("NetworkTopologyV3::Port* NetworkTopologyAggregator::V2Sm::toPortV3(const PtrConst&)", "toPortV3");
-    if (!portV2) return nullptr;
-    NetworkTopologyV3::Host const * const hostV3 = hostV3Of(portV2->holder());
-    return hostV3 ? hostV3->findPort(portV2->name(), portV2->nameHash()) : nullptr;
+    return traced("NetworkTopologyV3::Port* NetworkTopologyAggregator::V2Sm::toPortV3(const PtrConst&)",
+                  "toPortV3", [&]() -> NetworkTopologyV3::Port * {
+                      if (!portV2) return nullptr;
+                      NetworkTopologyV3::Host const * const hostV3 = hostV3Of(portV2->holder());
+                      return hostV3 ? hostV3->findPort(portV2->name(), portV2->nameHash()) : nullptr;
+                  });
 }
 
 template <class Group>
 inline NetworkTopologyV3::PortGroup * V2Sm::tracedPortGroupV3(Group const & group) {
-    traced("NetworkTopologyV3::PortGroup* NetworkTopologyAggregator::V2Sm::toPortGroupV3(const PtrConst&)",
-           "toPortGroupV3");
-    NetworkTopology::PortGroupV2 const * const pgV2 = group();
-    if (!pgV2) return nullptr;
-    NetworkTopologyV3::Host const * const hostV3 = hostV3Of(pgV2->holder());
-    return hostV3 ? hostV3->findPortGroup(pgV2->name(), pgV2->nameHash()) : nullptr;
+    return traced(
+        "NetworkTopologyV3::PortGroup* NetworkTopologyAggregator::V2Sm::toPortGroupV3(const PtrConst&)",
+        "toPortGroupV3", [this, group]() -> NetworkTopologyV3::PortGroup * {
+            NetworkTopology::PortGroupV2 const * const pgV2 = group();
+            if (!pgV2) return nullptr;
+            NetworkTopologyV3::Host const * const hostV3 = hostV3Of(pgV2->holder());
+            return hostV3 ? hostV3->findPortGroup(pgV2->name(), pgV2->nameHash()) : nullptr;
+        });
 }
 
 NetworkTopologyV3::PortGroup *
@@ -327,11 +331,12 @@ V2Sm::toPortGroupV3Of(NetworkTopology::PortV2::NotifieeConst const & follower) {
 }
 
 NetworkTopologyV3::MlagPort * V2Sm::toMlagV3(Vel::Ptr<NetworkTopology::MlagV2 const> const & mlagV2) {
-    traced("NetworkTopologyV3::MlagPort* NetworkTopologyAggregator::V2Sm::toMlagV3(const PtrConst&)",
-           "toMlagV3");
-    if (!mlagV2) return nullptr;
-    NetworkTopologyV3::Host const * const hostV3 = hostV3Of(mlagV2->holder());
-    return hostV3 ? hostV3->findMlag(mlagV2->name(), mlagV2->nameHash()) : nullptr;
+    return traced("NetworkTopologyV3::MlagPort* NetworkTopologyAggregator::V2Sm::toMlagV3(const PtrConst&)",
+                  "toMlagV3", [&]() -> NetworkTopologyV3::MlagPort * {
+                      if (!mlagV2) return nullptr;
+                      NetworkTopologyV3::Host const * const hostV3 = hostV3Of(mlagV2->holder());
+                      return hostV3 ? hostV3->findMlag(mlagV2->name(), mlagV2->nameHash()) : nullptr;
+                  });
 }
 
 NetworkTopologyV3::PortType V2Sm::toPortTypeV3(NetworkTopology::PortTypeV2 portTypeV2) {

@@ -29,4 +29,22 @@ inline void traced(char const * signature, char const * function, int line = __b
     }
 }
 
+// Traces, and then does the `lookup()`, whose result is given back. For lookups that call nothing else: a
+// trace in the same function would cost them the saving of registers, traced or not. By value, because what
+// has an address has to be in memory.
+template <class Lookup>
+[[gnu::cold, gnu::noinline]] auto tracedBefore(char const * signature, char const * function, int line,
+                                               Lookup lookup) {
+    traceSignature(signature, function, line);
+    return lookup();
+}
+template <class Lookup>
+auto traced(char const * signature, char const * function, Lookup const & lookup,
+            int line = __builtin_LINE()) {
+    if (kTraces && traceSwitch.enabled<kTraceLevel>()) [[unlikely]] {
+        return tracedBefore(signature, function, line, lookup);
+    }
+    return lookup();
+}
+
 }  // namespace NetworkTopologyAggregator
