@@ -14,6 +14,9 @@ public:
     using PtrConst = Vel::Ptr<MlagPort const>;
     class NotifieeConst;
 
+    // As with hosts: few, and looked up with every link that refers to one.
+    static constexpr unsigned kBucketsPerMember = 2;
+
     static Vel::VelType const _velType;
     Vel::VelType const * fwkType() const override;
 

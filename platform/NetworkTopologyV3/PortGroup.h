@@ -20,6 +20,9 @@ public:
     struct MemberPortTag;
     using MemberPort = Vel::HashMap2018<MemberPortTag, Vel::Name, Vel::Ptr<Port>>;
 
+    // As with hosts: few, and looked up with every link that refers to one.
+    static constexpr unsigned kBucketsPerMember = 2;
+
     static Vel::VelType const _velType;
     Vel::VelType const * fwkType() const override;
 
