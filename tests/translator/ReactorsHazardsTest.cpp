@@ -1,5 +1,6 @@
 // Short sequences in which counting, lifetime, names or failures could go wrong in the reactors on hosts,
 // their members and edges.
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -200,6 +201,22 @@ TEST_F(Reactors, OnAnInputThatIsUnboundWhileItIsReboundStayLetGo) {
     EXPECT_EQ(sm->velV2(), nullptr);
     EXPECT_TRUE(velV2->velMarkedForDeletion());
     EXPECT_FALSE(velV2->hasNotificationActive());
+}
+
+TEST_F(Reactors, OfAHostDoNotKeepItsInputWhileTheyAreBroughtIntoLine) {
+    auto input = StatusV2::StatusV2Is();
+    auto const otherHost = input->hostIs("a");
+    otherHost->portIs("p");
+    sm->v2Is(input);
+    std::uint64_t const inputs = StatusV2::velAllocTrackTypeInfo_->live();
+    std::uint64_t inputsInside = 0;
+    auto const follower = inside("/host/a onPort('p')", [&] {
+        sm->v2Del();
+        input = nullptr;
+        inputsInside = StatusV2::velAllocTrackTypeInfo_->live();
+    });
+    otherHost->portDelAll();
+    EXPECT_EQ(inputsInside, inputs - 1);
 }
 
 // What leaves the input again from inside its own mirroring
