@@ -84,8 +84,8 @@ public:
 protected:
     friend class HashMapCursor;
 
-    // `initialSize` is the number of members that the first bucket array has room for; a hint, which buys no
-    // more than 32,768 buckets.
+    // The first bucket array has `initialSize` buckets, or the next power of two; a hint, which buys no more
+    // than 32,768.
     explicit HashMapGeneric(unsigned initialSize) noexcept;
     ~HashMapGeneric() { emptyAllBuckets(); }
 
@@ -455,7 +455,7 @@ public:
 
     // Makes room for that many members at once; a hint.
     void reserve(std::uint32_t members) noexcept {
-        this->bucketsIs(std::uint64_t{members} * bucketsPerMember());
+        if (members > 1) this->bucketsIs(std::uint64_t{members} * bucketsPerMember());
     }
     // Null when there is none in the first bucket, which is the only one of a small collection.
     Member * firstInFirstBucket() const noexcept { return static_cast<Member *>(startAtHash(0)); }

@@ -221,6 +221,9 @@ TEST(HashMap, HasAsManyBucketsForEachMemberAsItsClassAsksFor) {
     for (int i = 0; i < 1024; ++i) reserved.newMember(Ptr<SparseMember>(new SparseMember(name(i))));
     EXPECT_EQ(reserved.bucketBits(), 12U);
     for (int i = 0; i < 1024; ++i) EXPECT_TRUE(reserved[name(i)]);
+    Members single(4);
+    single.reserve(1);
+    EXPECT_EQ(single.bucketBits(), 0U) << "one member needs no array";
 }
 
 TEST(HashMap, OrdersMembersByBucketAndThenByKey) {
