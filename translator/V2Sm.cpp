@@ -196,9 +196,8 @@ void V2Sm::populateV3() {
     // The statuses are read afresh for each step: a follower of the output may have unbound one meanwhile.
     if (auto const input = v2()) {
         if (auto const output = v3()) {
-            auto const hosts = input->host();
-            output->reserve(hosts.size(), input->edge().size());
-            for (auto const & host : hosts) populateHost(*host, hosts.size(), *output);
+            output->reserve(input->host().size(), input->edge().size());
+            for (auto const & host : input->host()) populateHost(*host, *output);
         }
     }
     if (auto const input = v2()) {
@@ -218,11 +217,10 @@ void V2Sm::populateV3() {
 
 // Links are made after everything in the host that they may refer to. A link into a host that the walk has
 // not reached yet resolves to null.
-void V2Sm::populateHost(NetworkTopology::HostV2 const & hostV2, std::uint32_t hosts,
-                        NetworkTopologyV3::Status & v3) {
+void V2Sm::populateHost(NetworkTopology::HostV2 const & hostV2, NetworkTopologyV3::Status & v3) {
     auto const hostV3 = v3.hostIs(hostV2.name());
     hostV3->reserve(hostV2.port().size(), hostV2.portGroup().size(), hostV2.mlag().size());
-    PortNamesAhead portsAhead(hostV2, hosts);
+    PortNamesAhead portsAhead(hostV2, inputHosts());
     auto const ports = hostV2.port();
     for (auto port = ports.begin(); port; ++port) {
         portsAhead.fetch(port);

@@ -30,6 +30,8 @@
 //     Everything runs on the thread that changes the input.
 #pragma once
 
+#include <cstdint>
+
 #include "platform/NetworkTopology/DirectedEdgeV2.h"
 #include "platform/NetworkTopology/HostV2.h"
 #include "platform/NetworkTopology/MlagV2.h"
@@ -154,6 +156,8 @@ private:
     void edgeReactorIs(Vel::Ptr<NetworkTopology::DirectedEdgeV2 const> const & edge);
     // The bound output, without a reference of its own: for as long as nothing is written. Null when unbound.
     NetworkTopologyV3::Status * output() const noexcept;
+    // How many hosts the bound input has; 0 when unbound.
+    std::uint32_t inputHosts() const noexcept;
     // The version-3 host of that name; null for null, and where there is none.
     NetworkTopologyV3::Host * hostV3Of(NetworkTopology::HostV2 const * hostV2) const noexcept;
     // As toPortGroupV3 of the group of the port that `follower` follows, which a trace sink may change, too.
@@ -162,9 +166,7 @@ private:
     // say.
     template <class Group>
     NetworkTopologyV3::PortGroup * tracedPortGroupV3(Group const & group);
-    // One of so many hosts.
-    void populateHost(NetworkTopology::HostV2 const & hostV2, std::uint32_t hosts,
-                      NetworkTopologyV3::Status & v3);
+    void populateHost(NetworkTopology::HostV2 const & hostV2, NetworkTopologyV3::Status & v3);
     void populateEdge(NetworkTopology::DirectedEdgeV2 const & edgeV2, NetworkTopologyV3::Status & v3);
     // No reactor calls back into a dying root.
     void clearOwners() noexcept;

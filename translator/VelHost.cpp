@@ -282,12 +282,7 @@ void V2Sm::VelHost::onMlag(Vel::Name name) {
 void V2Sm::VelHost::reconcilePorts() {
     Vel::KeepAlive const keepThis(*this);
     Vel::Ptr<NetworkTopology::HostV2 const> const host = notifier();
-    // Not to be kept for the walk: whoever unbinds the input meanwhile may end it.
-    auto const hosts = [this] {
-        auto const input = owner_ ? owner_->v2() : nullptr;
-        return input ? input->host().size() : 1;
-    };
-    PortNamesAhead ahead(*host, hosts());
+    PortNamesAhead ahead(*host, owner_ ? owner_->inputHosts() : 0);
     reconcile(
         host->port(), port_, [&] { return notifier() == host.get(); },
         [&](Vel::Ptr<NetworkTopology::PortV2 const> const & port) { memberIs(port_, port); },

@@ -71,6 +71,11 @@ inline NetworkTopologyV3::Status * V2Sm::output() const noexcept {
     return velV3_ ? velV3_->notifier() : nullptr;
 }
 
+inline std::uint32_t V2Sm::inputHosts() const noexcept {
+    NetworkTopology::StatusV2 const * const input = velV2_ ? velV2_->notifier() : nullptr;
+    return input ? input->host().size() : 0;
+}
+
 inline Vel::Ptr<V2Sm::VelV2> V2Sm::velV2() const noexcept { return velV2_; }
 
 inline Vel::Ptr<V2Sm::VelV3> V2Sm::velV3() const noexcept { return velV3_; }

@@ -25,11 +25,9 @@
 
 namespace NetworkTopologyAggregator {
 
-// How many edges are looked at together, and below how many edges, or ports, of a topology it is not worth
-// it.
+// How many members are looked at together, and below how many of a topology it is not worth it.
 inline constexpr std::size_t kAtOnce = 24;
-inline constexpr std::uint32_t kFewestEdges = 8192;
-inline constexpr std::uint32_t kFewestPorts = 8192;
+inline constexpr std::uint32_t kFewest = 8192;
 
 // Things that begin to be fetched when they are added. What is too many is dropped: nothing depends on it.
 template <class T, std::size_t kMost>
@@ -85,7 +83,7 @@ class PortNamesAhead {
 public:
     // `host` is one of so many hosts, which are taken to be alike.
     PortNamesAhead(NetworkTopology::HostV2 const & host, std::uint32_t hosts) noexcept
-        : ports_(std::uint64_t{host.port().size()} * hosts >= kFewestPorts) {}
+        : ports_(std::uint64_t{host.port().size()} * hosts >= kFewest) {}
 
     template <class Walk>
     void fetch(Walk const & walk) noexcept {
@@ -130,7 +128,7 @@ private:
 // What the population will need of the next edges.
 class EdgesAhead {
 public:
-    explicit EdgesAhead(std::uint32_t edges) noexcept : edges_(edges >= kFewestEdges) {}
+    explicit EdgesAhead(std::uint32_t edges) noexcept : edges_(edges >= kFewest) {}
 
     // `walk` is about to work on the edge that it stands on.
     template <class Walk>
@@ -154,7 +152,7 @@ private:
 // What the constructors of the next edges' reactors will need.
 class EdgeReactorsAhead {
 public:
-    explicit EdgeReactorsAhead(std::uint32_t edges) noexcept : edges_(edges >= kFewestEdges) {}
+    explicit EdgeReactorsAhead(std::uint32_t edges) noexcept : edges_(edges >= kFewest) {}
 
     // Null for no output.
     template <class Walk>
@@ -176,7 +174,7 @@ private:
 // What the retirement of the next edges' reactors will need.
 class RetirementsAhead {
 public:
-    explicit RetirementsAhead(std::uint32_t reactors) noexcept : reactors_(reactors >= kFewestEdges) {}
+    explicit RetirementsAhead(std::uint32_t reactors) noexcept : reactors_(reactors >= kFewest) {}
 
     // Null for no output.
     template <class Walk>
