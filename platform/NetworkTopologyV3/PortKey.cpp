@@ -115,7 +115,7 @@ bool PortKey::equalData(PortKey const & a, PortKey const & b) noexcept {
 }
 
 std::strong_ordering operator<=>(PortKey const & a, PortKey const & b) noexcept {
-    if (a == b) return std::strong_ordering::equal;
+    if (a.isSame(b)) return std::strong_ordering::equal;
     if (!a.data_ || !b.data_) return a.data_ ? std::strong_ordering::greater : std::strong_ordering::less;
     if (auto const order = a.data_->host <=> b.data_->host; order != 0) return order;
     if (a.data_->kind() == b.data_->kind()) return a.data_->name <=> b.data_->name;

@@ -308,11 +308,14 @@ struct VelHashBase {
 };
 
 // How keys of a type hash and compare. A key type of a model offers `hash()`, `==`, `<`, and where
-// `==` takes long `isSame`, which may take equal keys for different ones but costs next to nothing.
+// `==` takes long `isSame`, which may take equal keys for different ones but costs next to nothing. One whose
+// hash lies elsewhere, so that a look at it takes longer than `isSame`, says so with `kHashesLate`.
 template <class Key>
 struct HashMapKey {
-    // Whether hashing one takes longer than comparing two.
-    static constexpr bool kHashesLate = false;
+    // Whether hashing one takes longer than finding that two are the same.
+    static constexpr bool kHashesLate = requires { requires Key::kHashesLate; };
+    // Whether comparing two takes no longer than comparing their hashes.
+    static constexpr bool kComparesFast = false;
     static std::uint32_t hash(Key const & key) noexcept { return key.hash(); }
     static bool isSame(Key const & a, Key const & b) noexcept {
         if constexpr (requires { a.isSame(b); }) {
@@ -327,6 +330,7 @@ struct HashMapKey {
 template <>
 struct HashMapKey<String> {
     static constexpr bool kHashesLate = false;
+    static constexpr bool kComparesFast = false;
     static std::uint32_t hash(String const & key) noexcept { return key.reversedHash(); }
     static bool isSame(String const & a, String const & b) noexcept { return a.data() == b.data(); }
     static bool equals(String const & a, String const & b) noexcept { return a == b; }
@@ -337,6 +341,7 @@ struct HashMapKey<Name> : HashMapKey<String> {};
 template <class T>
 struct HashMapKey<Ptr<T>> {
     static constexpr bool kHashesLate = true;
+    static constexpr bool kComparesFast = true;
     static std::uint32_t hash(Ptr<T> const & key) noexcept {
         return key ? VelHashBase<false>::hashU32(value(key)) : 0;
     }
@@ -462,7 +467,7 @@ public:
     // The member of that key, or null. Never inserts.
     Member * operator[](Key const & key) const noexcept {
         if constexpr (kHashesLate) {
-            if (Link const * const only = this->onlyBucket()) return findIn(*only, 0, key);
+            if (Link const * const only = this->onlyBucket()) return findUnhashed(*only, key);
         }
         return find(HashMapKey<Key>::hash(key), key);
     }
@@ -472,6 +477,9 @@ public:
     }
     // The same for those who will add a member when there is none.
     Member * find(Place const & place, Key const & key) const noexcept {
+        if constexpr (kHashesLate && !HashMapKey<Key>::kComparesFast) {
+            if (this->onlyBucket()) return findUnhashed(*place.bucket_, key);
+        }
         return findIn(*place.bucket_, place.hash_, key);
     }
     // The same for a key in another form: its hash, and whether it is that of a member.
@@ -503,12 +511,14 @@ public:
     // Takes the member of that key out and returns it; null when there is none.
     Ptr<Member> deleteMember(Key const & key) noexcept {
         if constexpr (kHashesLate) {
-            if (Link * const only = this->onlyBucket()) return deleteFrom(only, 0, key);
+            if (Link * const only = this->onlyBucket()) return deleteFrom(only, key, isAny);
         }
         return deleteMember(HashMapKey<Key>::hash(key), key);
     }
     Ptr<Member> deleteMember(std::uint32_t hash, Key const & key) noexcept {
-        return deleteFrom(linkAtHash(hash), hash, key);
+        return deleteFrom(linkAtHash(hash), key, [hash](HashMapMember const & member) {
+            return HashMapKey<Key>::kComparesFast || bucketHash(member) == hash;
+        });
     }
     // Most have one member or none, whose class is known here.
     void emptyAllBuckets() noexcept {
@@ -560,26 +570,29 @@ private:
     static Key const & keyOf(HashMapMember const & member) noexcept {
         return static_cast<Member const &>(member).collectionKey();
     }
+    static bool isAny(HashMapMember const &) noexcept { return true; }
+    // Among `m` and those behind it, without a look at any hash.
+    static Member * findUnhashed(HashMapMember * m, Key const & key) noexcept {
+        while (m && !HashMapKey<Key>::equals(keyOf(*m), key)) m = nextInBucket(*m);
+        return static_cast<Member *>(m);
+    }
     // Among `m` and those behind it.
     static Member * findIn(HashMapMember * m, std::uint32_t hash, Key const & key) noexcept {
+        if constexpr (HashMapKey<Key>::kComparesFast) return findUnhashed(m, key);
         for (; m; m = nextInBucket(*m)) {
-            if constexpr (kHashesLate) {
-                if (HashMapKey<Key>::equals(keyOf(*m), key)) return static_cast<Member *>(m);
-            } else {
-                if (bucketHash(*m) != hash) continue;
-                // Out of line whatever goes beyond a look at both.
-                return HashMapKey<Key>::isSame(keyOf(*m), key) ? static_cast<Member *>(m)
-                                                               : findFrom(m, hash, key);
-            }
+            if (bucketHash(*m) != hash) continue;
+            // Out of line whatever goes beyond a look at both.
+            return HashMapKey<Key>::isSame(keyOf(*m), key) ? static_cast<Member *>(m)
+                                                           : findFrom(m, hash, key);
         }
         return nullptr;
     }
-    // Takes the member of that key out that is `*link` or stands behind it.
-    Ptr<Member> deleteFrom(Link * link, std::uint32_t hash, Key const & key) noexcept {
+    // Takes the member of that key out that is `*link` or stands behind it. `mayBe(member)` is false of most
+    // members that have another key.
+    template <class MayBe>
+    Ptr<Member> deleteFrom(Link * link, Key const & key, MayBe const & mayBe) noexcept {
         for (; *link; link = nextLink(*link)) {
-            if ((kHashesLate || bucketHash(**link) == hash) && HashMapKey<Key>::equals(keyOf(**link), key)) {
-                return takenOut(*link);
-            }
+            if (mayBe(**link) && HashMapKey<Key>::equals(keyOf(**link), key)) return takenOut(*link);
         }
         return nullptr;
     }
