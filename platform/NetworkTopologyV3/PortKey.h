@@ -57,8 +57,10 @@ public:
     // The key whose JSON Pointer that is; nothing for any other text, the empty one included.
     static std::optional<PortKey> fromJsonPointer(std::string_view pointer);
 
-    // It lies with the texts, where a comparison with a copy does not look.
+    // For collections: the hash lies with the texts, where a comparison with a copy does not look, and the
+    // texts lie elsewhere again.
     static constexpr bool kHashesLate = true;
+    static constexpr bool kOrdersByHash = true;
     // 0 for the empty key.
     std::uint32_t hash() const noexcept { return data_ ? data_->hash : 0; }
 

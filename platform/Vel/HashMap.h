@@ -2,8 +2,9 @@
 //
 // Each member carries its bucket link (a counted reference to the next member of its bucket) and the hash of
 // the key under which it was inserted. The number of buckets is a power of two; the bucket of a key is the
-// top bits of its 32-bit hash; within a bucket, members stand in the order of their keys. A name hashes to
-// the bit-reversed hash of its string, 0 for the empty name; a pointer to the hash of its value, 0 for null.
+// top bits of its 32-bit hash; within a bucket, members stand in the order of their keys, which for keys that
+// take long to compare begins with their hashes. A name hashes to the bit-reversed hash of its string, 0 for
+// the empty name; a pointer to the hash of its value, 0 for null.
 //
 // Growth
 //     Empty collections and those of one member need no bucket array. The array doubles when there are more
@@ -309,11 +310,14 @@ struct VelHashBase {
 
 // How keys of a type hash and compare. A key type of a model offers `hash()`, `==`, `<`, and where
 // `==` takes long `isSame`, which may take equal keys for different ones but costs next to nothing. One whose
-// hash lies elsewhere, so that a look at it takes longer than `isSame`, says so with `kHashesLate`.
+// hash lies elsewhere, so that a look at it takes longer than `isSame`, says so with `kHashesLate`; one for
+// which `<` takes long, with `kOrdersByHash`.
 template <class Key>
 struct HashMapKey {
     // Whether hashing one takes longer than finding that two are the same.
     static constexpr bool kHashesLate = requires { requires Key::kHashesLate; };
+    // Whether keys stand in the order of their hashes first: members have theirs at hand.
+    static constexpr bool kOrdersByHash = requires { requires Key::kOrdersByHash; };
     // Whether comparing two takes no longer than comparing their hashes.
     static constexpr bool kComparesFast = false;
     static std::uint32_t hash(Key const & key) noexcept { return key.hash(); }
@@ -325,11 +329,17 @@ struct HashMapKey {
         }
     }
     static bool equals(Key const & a, Key const & b) noexcept { return a == b; }
-    static bool lessThan(Key const & a, Key const & b) noexcept { return a < b; }
+    static bool lessThan(Key const & a, Key const & b) noexcept {
+        if constexpr (kOrdersByHash) {
+            if (hash(a) != hash(b)) return hash(a) < hash(b);
+        }
+        return a < b;
+    }
 };
 template <>
 struct HashMapKey<String> {
     static constexpr bool kHashesLate = false;
+    static constexpr bool kOrdersByHash = false;
     static constexpr bool kComparesFast = false;
     static std::uint32_t hash(String const & key) noexcept { return key.reversedHash(); }
     static bool isSame(String const & a, String const & b) noexcept { return a.data() == b.data(); }
@@ -341,6 +351,7 @@ struct HashMapKey<Name> : HashMapKey<String> {};
 template <class T>
 struct HashMapKey<Ptr<T>> {
     static constexpr bool kHashesLate = true;
+    static constexpr bool kOrdersByHash = false;
     static constexpr bool kComparesFast = true;
     static std::uint32_t hash(Ptr<T> const & key) noexcept {
         return key ? VelHashBase<false>::hashU32(value(key)) : 0;
@@ -601,17 +612,23 @@ private:
             grow();
             link = linkAtHash(hash);
         }
-        if (*link) link = placeOf(link, member->collectionKey());
+        if (*link) link = placeOf(link, hash, member->collectionKey());
         newMemberG(*link, std::move(member), hash);
     }
     // What `link` points to.
     Ptr<Member> takenOut(Link & link) noexcept {
         return Ptr<Member>::adopted(static_cast<Member *>(HashMapGeneric::deleteMember(link).release()));
     }
-    // Where that key, which no member has, belongs among the members behind `link`.
-    [[gnu::noinline]] static Link * placeOf(Link * link, Key const & key) noexcept {
-        while (*link && HashMapKey<Key>::lessThan(keyOf(**link), key)) link = nextLink(*link);
+    // Where a key of that hash, which no member has, belongs among the members behind `link`.
+    [[gnu::noinline]] static Link * placeOf(Link * link, std::uint32_t hash, Key const & key) noexcept {
+        while (*link && isBefore(**link, hash, key)) link = nextLink(*link);
         return link;
+    }
+    static bool isBefore(HashMapMember const & member, std::uint32_t hash, Key const & key) noexcept {
+        if constexpr (HashMapKey<Key>::kOrdersByHash) {
+            if (bucketHash(member) != hash) return bucketHash(member) < hash;
+        }
+        return HashMapKey<Key>::lessThan(keyOf(member), key);
     }
     [[gnu::noinline]] static Member * findFrom(HashMapMember * m, std::uint32_t hash,
                                                Key const & key) noexcept {
@@ -619,13 +636,12 @@ private:
             if (bucketHash(*m) != hash) continue;
             if (HashMapKey<Key>::equals(keyOf(*m), key)) return static_cast<Member *>(m);
             // Another key of the same hash: past the key's place there is no need to go on.
-            if (isBefore(key, *m)) [[unlikely]]
+            if (isPast(key, *m)) [[unlikely]]
                 return nullptr;
         }
         return nullptr;
     }
-    [[gnu::cold, gnu::noinline]] static bool isBefore(Key const & key,
-                                                      HashMapMember const & member) noexcept {
+    [[gnu::cold, gnu::noinline]] static bool isPast(Key const & key, HashMapMember const & member) noexcept {
         return HashMapKey<Key>::lessThan(key, keyOf(member));
     }
     static Key const & keyAt(void const * key) noexcept { return *static_cast<Key const *>(key); }
