@@ -74,7 +74,9 @@ void V2Sm::VelEdge::writeAllToPorts() {
     }
 }
 
-void V2Sm::VelEdge::writeToPort(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & toPort) {
+// Compiled into its callers, of which one is on the path of each change.
+[[gnu::always_inline]] inline void
+V2Sm::VelEdge::writeToPort(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & toPort) {
     if (!sm_ || !notifier()) return;
     Vel::fetch(v3Edge_.get());
     auto const portV3 = sm_->toPortBaseV3(toPort);
