@@ -159,13 +159,13 @@ private:
     // How many hosts the bound input has; 0 when unbound.
     std::uint32_t inputHosts() const noexcept;
     // The version-3 host of that name; null for null, and where there is none.
-    NetworkTopologyV3::Host * hostV3Of(NetworkTopology::HostV2 const * hostV2) const noexcept;
+    inline NetworkTopologyV3::Host * hostV3Of(NetworkTopology::HostV2 const * hostV2) const noexcept;
     // As toPortGroupV3 of the group of the port that `follower` follows, which a trace sink may change, too.
     NetworkTopologyV3::PortGroup * toPortGroupV3Of(NetworkTopology::PortV2::NotifieeConst const & follower);
     // As toPortGroupV3 of the one that `group()` gives, which is not asked before a trace sink has had its
     // say.
     template <class Group>
-    NetworkTopologyV3::PortGroup * tracedPortGroupV3(Group const & group);
+    inline NetworkTopologyV3::PortGroup * tracedPortGroupV3(Group const & group);
     void populateHost(NetworkTopology::HostV2 const & hostV2, NetworkTopologyV3::Status & v3);
     void populateEdge(NetworkTopology::DirectedEdgeV2 const & edgeV2, NetworkTopologyV3::Status & v3);
     // No reactor calls back into a dying root.

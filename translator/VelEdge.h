@@ -51,7 +51,7 @@ public:
 private:
     // Tries again to make the version-3 edge, and writes every destination once there is one.
     [[gnu::cold]] void writeAllToPorts();
-    void writeToPort(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & toPort);
+    inline void writeToPort(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & toPort);
 
     V2Sm * sm_;  // Not counted. Null once the root has let us go.
     Vel::Ptr<NetworkTopologyV3::DirectedEdge> v3Edge_;

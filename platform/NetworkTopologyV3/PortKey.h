@@ -57,8 +57,8 @@ public:
     // The key whose JSON Pointer that is; nothing for any other text, the empty one included.
     static std::optional<PortKey> fromJsonPointer(std::string_view pointer);
 
-    // For collections: the hash lies with the texts, where a comparison with a copy does not look, and the
-    // texts lie elsewhere again.
+    // For collections: the hash lies in what copies of a key share, where a comparison of two copies does not
+    // look, and the bytes of the texts lie elsewhere again.
     static constexpr bool kHashesLate = true;
     static constexpr bool kOrdersByHash = true;
     // 0 for the empty key.

@@ -465,7 +465,7 @@ public:
         friend class HashMap;
 
         Link * bucket_;
-        // Not known where it takes no hash to compare keys, and there is one bucket.
+        // Perhaps not known where keys hash late, and there is one bucket.
         std::uint32_t hash_ = 0;
     };
 
@@ -567,8 +567,7 @@ public:
     }
 
 private:
-    // A key that takes longer to hash than to compare is not hashed for the only bucket of a small
-    // collection.
+    // Such a key is not hashed for the only bucket of a small collection.
     static constexpr bool kHashesLate = HashMapKey<Key>::kHashesLate;
 
     static constexpr unsigned bucketsPerMember() noexcept {
@@ -582,7 +581,7 @@ private:
         return static_cast<Member const &>(member).collectionKey();
     }
     static bool isAny(HashMapMember const &) noexcept { return true; }
-    // Among `m` and those behind it, without a look at any hash.
+    // Among `m` and those behind it, whatever their hashes.
     static Member * findUnhashed(HashMapMember * m, Key const & key) noexcept {
         while (m && !HashMapKey<Key>::equals(keyOf(*m), key)) m = nextInBucket(*m);
         return static_cast<Member *>(m);

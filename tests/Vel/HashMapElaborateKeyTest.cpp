@@ -82,9 +82,11 @@ TEST(HashMapElaborateKey, IsHashedForOneOfSeveralMembers) {
     ElaborateCollection collection;
     auto const first = collection.add({.chosenHash = 7});
     auto const second = collection.add({.chosenHash = ~7U});
+    ElaborateKey::hashed = 0;
     EXPECT_EQ(collection[ElaborateKey{.chosenHash = 7}], first.get());
     EXPECT_EQ(collection[(ElaborateKey{.chosenHash = ~7U, .copy = 1})], second.get());
     EXPECT_EQ(collection[ElaborateKey{.chosenHash = 8}], nullptr);
+    EXPECT_EQ(ElaborateKey::hashed, 3);
     EXPECT_EQ(collection.deleteMember(ElaborateKey{.chosenHash = 7}), first);
     EXPECT_EQ(collection.deleteMember(ElaborateKey{.chosenHash = 7}), nullptr);
     EXPECT_EQ(collection[ElaborateKey{.chosenHash = ~7U}], second.get());

@@ -75,7 +75,7 @@ public:
             Vel::HashMapGeneric::bucketOf(Vel::HashMapKey<Key>::hash(a), bucketBits);
         std::uint32_t const bucketOfB =
             Vel::HashMapGeneric::bucketOf(Vel::HashMapKey<Key>::hash(b), bucketBits);
-        return bucketOfA != bucketOfB ? bucketOfA < bucketOfB : a < b;
+        return bucketOfA != bucketOfB ? bucketOfA < bucketOfB : Vel::HashMapKey<Key>::lessThan(a, b);
     }
 
     static constexpr Vel::HashMapGeneric::KeyTable kTable{
@@ -84,7 +84,8 @@ public:
             return static_cast<Item const &>(member).collectionKey() == *static_cast<Key const *>(key);
         },
         [](Vel::HashMapMember const & member, void const * key) {
-            return static_cast<Item const &>(member).collectionKey() < *static_cast<Key const *>(key);
+            return Vel::HashMapKey<Key>::lessThan(static_cast<Item const &>(member).collectionKey(),
+                                                  *static_cast<Key const *>(key));
         },
         [](Vel::HashMapMember const & member) -> void const * {
             return &static_cast<Item const &>(member).collectionKey();
