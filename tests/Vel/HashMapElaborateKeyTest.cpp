@@ -2,6 +2,7 @@
 #include "platform/Vel/HashMap.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <random>
@@ -64,6 +65,16 @@ ElaborateKey randomKey(std::mt19937 & random) {
     return {.chosenHash = below(4) << 30 | below(8), .rank = below(4)};
 }
 
+// No two of them equal.
+std::vector<ElaborateKey> randomKeys(std::mt19937 & random, std::size_t count) {
+    std::vector<ElaborateKey> keys;
+    while (keys.size() < count) {
+        ElaborateKey const key = randomKey(random);
+        if (std::find(keys.begin(), keys.end(), key) == keys.end()) keys.push_back(key);
+    }
+    return keys;
+}
+
 TEST(HashMapElaborateKey, IsNotHashedForTheOnlyMember) {
     ElaborateCollection collection;
     ElaborateKey const key{.chosenHash = 7, .rank = 1};
@@ -110,9 +121,7 @@ TEST(HashMapElaborateKey, StandsInTheOrderOfTheHashes) {
     std::mt19937 random(5);
     ElaborateCollection collection;
     std::vector<ElaborateKey> expected;
-    while (expected.size() < 100) {
-        ElaborateKey const key = randomKey(random);
-        if (collection[key]) continue;
+    for (ElaborateKey const & key : randomKeys(random, 100)) {
         collection.add(key);
         expected.insert(std::upper_bound(expected.begin(), expected.end(), key, standsBefore), key);
         ASSERT_EQ(keysOf(collection), expected);
@@ -130,14 +139,9 @@ TEST(HashMapElaborateKey, IsNotComparedWithThoseOfOtherHashes) {
 TEST(HashMapElaborateKey, StandsInTheSameOrderWithoutMemoryForBuckets) {
     std::mt19937 random(6);
     ElaborateCollection collection;
-    std::vector<ElaborateKey> expected;
+    std::vector<ElaborateKey> expected = randomKeys(random, 50);
     std::vector<Vel::Ptr<ElaborateCollection::Item>> members;
-    while (members.size() < 50) {
-        ElaborateKey const key = randomKey(random);
-        if (std::find(expected.begin(), expected.end(), key) != expected.end()) continue;
-        expected.push_back(key);
-        members.push_back(new ElaborateCollection::Item(key));
-    }
+    for (ElaborateKey const & key : expected) members.push_back(new ElaborateCollection::Item(key));
     {
         TestSupport::FailingAllocations const failing;
         for (auto const & member : members) collection.newMember(member);
@@ -153,13 +157,8 @@ TEST(HashMapElaborateKey, IsMetOnceByAWalkWhileOthersComeAndGo) {
         SCOPED_TRACE(testing::Message() << "seed " << seed);
         std::mt19937 random(seed);
         ElaborateCollection collection;
-        std::vector<ElaborateKey> stable;
-        while (stable.size() < 12) {
-            ElaborateKey const key = randomKey(random);
-            if (collection[key]) continue;
-            collection.add(key);
-            stable.push_back(key);
-        }
+        std::vector<ElaborateKey> stable = randomKeys(random, 12);
+        for (ElaborateKey const & key : stable) collection.add(key);
         std::map<std::pair<std::uint32_t, std::uint32_t>, int> met;
         for (auto i = collection.iterator(); i; ++i) {
             ElaborateKey const inHand = (*i)->collectionKey();
