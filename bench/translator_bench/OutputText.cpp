@@ -6,9 +6,13 @@ namespace Bench {
 
 namespace {
 
+// In the order of the whole entries, as a tool that compares such texts sorts them: a colon comes after the
+// digits, so that "group-10:..." stands before "group-1:...".
 std::string textOf(OutputText::References const & references) {
+    std::set<std::string> entries;
+    for (auto const & [key, name] : references) entries.insert(' ' + key + ':' + name);
     std::string text;
-    for (auto const & [key, name] : references) text += ' ' + key + ':' + name;
+    for (auto const & entry : entries) text += entry;
     return text;
 }
 
