@@ -264,7 +264,9 @@ void V2Sm::populateEdge(NetworkTopology::DirectedEdgeV2 const & edgeV2, NetworkT
     if (!fromPort) return;
     auto const edgeV3 = v3.edgeIs(fromPort->portKey());
     for (auto const & destination : edgeV2.toPort()) {
-        if (auto const toPort = toPortBaseV3(destination.key())) {
+        // A reference of our own: the entry may move when a trace sink gives the edge another destination.
+        Vel::Ptr<NetworkTopology::PortBaseV2 const> const toPortV2 = destination.key();
+        if (auto const toPort = toPortBaseV3(toPortV2)) {
             edgeV3->toPortIs(toPort->portKey(), destination.value());
         }
     }

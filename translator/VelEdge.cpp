@@ -70,7 +70,8 @@ void V2Sm::VelEdge::writeAllToPorts() {
     if (!v3Edge_ || !edge) return;
     for (auto const & destination : edge->toPort()) {
         if (notifier() != edge.get()) break;
-        writeToPort(destination.key());
+        // A reference of our own: the entry may move when a trace sink gives the edge another destination.
+        writeToPort(Vel::Ptr<NetworkTopology::PortBaseV2 const>(destination.key()));
     }
 }
 

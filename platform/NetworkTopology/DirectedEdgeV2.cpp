@@ -73,7 +73,7 @@ constexpr Vel::VelAttr attributes[] = {
     Attrs::immutable<&DirectedEdgeV2::fromPort>("fromPort", 130),
     Attrs::valueCollection<Vel::Ptr<PortBaseV2 const>, bool, [](DirectedEdgeV2 & o) { return o.toPort(); },
                            [](DirectedEdgeV2 & o, Vel::Ptr<PortBaseV2 const> const & key) {
-                               return o.toPortEntry(key);
+                               return o.toPort(key);
                            },
                            &DirectedEdgeV2::toPortIs, &DirectedEdgeV2::toPortDel>("toPort", 131, "port",
                                                                                   toPortArgs),

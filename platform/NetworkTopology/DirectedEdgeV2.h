@@ -7,7 +7,7 @@
 #include "platform/Vel/AllocTrack.h"
 #include "platform/Vel/Entity.h"
 #include "platform/Vel/Export.h"
-#include "platform/Vel/HashMap2018.h"
+#include "platform/Vel/HashMap2018One.h"
 #include "platform/Vel/Ptr.h"
 
 namespace NetworkTopology {
@@ -19,7 +19,9 @@ public:
     using Ptr = Vel::Ptr<DirectedEdgeV2>;
     using PtrConst = Vel::Ptr<DirectedEdgeV2 const>;
     class NotifieeConst;
-    struct ToPortTag;
+    struct ToPortTag {
+        static constexpr bool kMostlyOne = true;
+    };
     using ToPort = Vel::HashMap2018<ToPortTag, Vel::Ptr<PortBaseV2 const>, bool>;
 
     static Vel::VelType const _velType;
@@ -39,7 +41,8 @@ public:
     ToPort::Range toPort() const noexcept { return {toPort_, *this}; }
     // The flag of a destination; nothing when it is not there.
     std::optional<bool> toPort(Vel::Ptr<PortBaseV2 const> const & port) const noexcept;
-    // The entry of a destination; null when it is not there. Valid until the destination is removed.
+    // The entry of a destination; null when it is not there. Valid until one is added or
+    // removed.
     ToPort::Node const * toPortEntry(Vel::Ptr<PortBaseV2 const> const & port) const noexcept {
         return toPort_[port];
     }

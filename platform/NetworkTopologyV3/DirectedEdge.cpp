@@ -53,10 +53,7 @@ using Attrs = Vel::Attrs<DirectedEdge>;
 constexpr Vel::VelAttr attributes[] = {
     Attrs::immutable<&DirectedEdge::fromPort>("fromPort", 130),
     Attrs::valueCollection<PortKey, bool, [](DirectedEdge & o) { return o.toPort(); },
-                           [](DirectedEdge & o, PortKey const & key) {
-                               std::optional<bool> const flag = o.toPort(key);
-                               return flag ? Vel::GenericIf(*flag) : Vel::GenericIf();
-                           },
+                           [](DirectedEdge & o, PortKey const & key) { return o.toPort(key); },
                            &DirectedEdge::toPortIs, &DirectedEdge::toPortDel>("toPort", 131, "port",
                                                                               toPortArgs),
     Attrs::function<&DirectedEdge::toPortDelAll>("toPortDelAll", 132, {}),

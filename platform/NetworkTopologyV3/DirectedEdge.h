@@ -7,7 +7,7 @@
 #include "platform/Vel/AllocTrack.h"
 #include "platform/Vel/Entity.h"
 #include "platform/Vel/Export.h"
-#include "platform/Vel/HashMap2018.h"
+#include "platform/Vel/HashMap2018One.h"
 #include "platform/Vel/NotifieeConst.h"
 #include "platform/Vel/Ptr.h"
 
@@ -19,7 +19,9 @@ public:
     using PtrConst = Vel::Ptr<DirectedEdge const>;
     class NotifieeConst;
 
-    struct ToPortTag;
+    struct ToPortTag {
+        static constexpr bool kMostlyOne = true;
+    };
     using ToPort = Vel::HashMap2018<ToPortTag, PortKey, bool>;
 
     static Vel::VelType const _velType;

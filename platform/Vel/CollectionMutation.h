@@ -95,7 +95,7 @@ struct CollectionMutation {
     template <class Model, class Tag, class Key, class Value, class On>
     static void valueDel(Model & model, HashMap2018<Tag, Key, Value> & map, Key const & key, On const & on) {
         model.fetchReactors();
-        if (auto const entry = map.valueDel(key)) notifyOfKey(model, key, on);
+        if (auto const entry = map.valueDel(key)) notifyOfKey(model, entry->key(), on);
     }
 
     // Several deliveries, of which each reaches its reactors even if a callback of an earlier one has thrown.

@@ -431,8 +431,8 @@ public:
     }
     std::uint32_t size() const noexcept { return map_.size(); }
     bool empty() const noexcept { return map_.size() == 0; }
-    // Null when there is none in the first bucket. Looks at no member.
-    auto const * firstInFirstBucket() const noexcept { return map_.firstInFirstBucket(); }
+    // Of a collection that mostly has one entry (HashMap2018One.h).
+    auto const * single() const noexcept { return map_.single(); }
 
 private:
     KeepAlive const keepOwner_;
@@ -473,8 +473,6 @@ public:
     void reserve(std::uint32_t members) noexcept {
         if (members > 1) this->bucketsIs(std::uint64_t{members} * bucketsPerMember());
     }
-    // Null when there is none in the first bucket, which is the only one of a small collection.
-    Member * firstInFirstBucket() const noexcept { return static_cast<Member *>(startAtHash(0)); }
     // The member of that key, or null. Never inserts.
     Member * operator[](Key const & key) const noexcept {
         if constexpr (kHashesLate) {

@@ -176,8 +176,6 @@ public:
         return nodes_.find(hash, isKeyOf);
     }
 
-    Node const * firstInFirstBucket() const noexcept { return nodes_.firstInFirstBucket(); }
-
     // Sets the value of `key`, adding an entry when there is none; false when it had that value already.
     [[gnu::always_inline]] bool valueIs(Key const & key, Value const & value) {
         typename Nodes::Place place(nodes_, key);

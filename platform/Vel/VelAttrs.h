@@ -343,6 +343,8 @@ private:
                           found->isPresent();
                       }) {
             return found ? GenericIf::wrap(found->value()) : GenericIf();
+        } else if constexpr (requires { found.has_value(); }) {
+            return found ? GenericIf::wrap(*found) : GenericIf();
         } else {
             return GenericIf::wrap(found);
         }

@@ -56,12 +56,12 @@ FAULTS = [
         "destination-ends-the-walk",
         "translator/V2Sm.cpp",
         """\
-        if (auto const toPort = toPortBaseV3(destination.key())) {
+        if (auto const toPort = toPortBaseV3(toPortV2)) {
             edgeV3->toPortIs(toPort->portKey(), destination.value());
         }
 """,
         """\
-        auto const toPort = toPortBaseV3(destination.key());
+        auto const toPort = toPortBaseV3(toPortV2);
         if (!toPort) return;
         edgeV3->toPortIs(toPort->portKey(), destination.value());
 """,

@@ -575,4 +575,26 @@ TEST(V2SmDisturbed, ByASinkThatTakesAwayWhatIsBeingLinked) {
     EXPECT_NE(v3->host("h")->mlag("m"), nullptr);
 }
 
+TEST(V2SmDisturbed, ByASinkThatAddsADestinationWhileTheOnlyOneIsLookedUp) {
+    auto const v2 = StatusV2::StatusV2Is();
+    auto const v3 = Status::StatusIs();
+    auto const host = v2->hostIs("h");
+    auto const edge = v2->edgeIs(host->portIs("from"));
+    auto const only = host->portIs("only");
+    auto const other = host->portIs("other");
+    edge->toPortIs(only, true);
+    Vel::traceLevelIs("NetworkTopologyAggregator", 5, true);
+    Vel::traceSinkIs([&](Vel::TraceRecord const & record) {
+        // The edge is made after its from-port has been looked up, and before its destinations are.
+        if (record.function == "toPortBaseV3" && v3->edge().size() == 1) edge->toPortIs(other, false);
+    });
+    auto const sm = v2SmFactory("sm", v2, v3);
+    Vel::traceSinkIs({});
+    Vel::traceLevelIs("NetworkTopologyAggregator", 5, false);
+    auto const edgeV3 = v3->edge(v3->host("h")->port("from")->portKey());
+    ASSERT_NE(edgeV3, nullptr);
+    EXPECT_EQ(edge->toPort().size(), 2U);
+    EXPECT_EQ(edgeV3->toPort(v3->host("h")->port("only")->portKey()), true);
+}
+
 }  // namespace

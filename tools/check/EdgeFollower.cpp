@@ -71,7 +71,7 @@ void EdgeFollower::onToPort(Destination const & destination) {
     if (!object_) {
         make();
         if (object_) {
-            for (auto const & entry : notifier()->toPort()) write(entry.collectionKey());
+            for (auto const & entry : notifier()->toPort()) write(entry.key());
         }
     }
     write(destination);

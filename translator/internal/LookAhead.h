@@ -134,13 +134,11 @@ public:
     template <class Walk>
     void fetch(Walk const & walk, NetworkTopologyV3::Status const & output) noexcept {
         if (!edges_.next(walk)) return;
-        Batch<NetworkTopology::DirectedEdgeV2::ToPort::Node const, kAtOnce> destinations;
         PortsAhead ports;
         for (auto const * const edge : edges_.members()) {
             ports.add(edge->fromPort().get());
-            destinations.add(edge->toPort().firstInFirstBucket());
+            if (auto const * const destination = edge->toPort().single()) ports.add(destination->key().get());
         }
-        for (auto const * const destination : destinations) ports.add(destination->key().get());
         ports.fetch(output);
         for (auto const * const port : ports.counterparts()) output.fetchEdge(port->portKeyHash());
     }
