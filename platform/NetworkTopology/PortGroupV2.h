@@ -17,7 +17,10 @@ public:
     using Ptr = Vel::Ptr<PortGroupV2>;
     using PtrConst = Vel::Ptr<PortGroupV2 const>;
     class NotifieeConst;
-    struct MemberPortTag;
+    // Most groups have two or four members.
+    struct MemberPortTag {
+        static constexpr std::uint32_t kInOneBucket = 2;
+    };
     using MemberPort = Vel::HashMap2018<MemberPortTag, Vel::Name, Vel::Ptr<PortV2>>;
 
     static Vel::VelType const _velType;

@@ -17,7 +17,10 @@ public:
     using PtrConst = Vel::Ptr<PortGroup const>;
     class NotifieeConst;
 
-    struct MemberPortTag;
+    // Most groups have two or four members.
+    struct MemberPortTag {
+        static constexpr std::uint32_t kInOneBucket = 2;
+    };
     using MemberPort = Vel::HashMap2018<MemberPortTag, Vel::Name, Vel::Ptr<Port>>;
 
     // As with hosts: few, and looked up with every link that refers to one.

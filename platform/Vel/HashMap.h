@@ -10,7 +10,8 @@
 //     Empty collections and those of one member need no bucket array. The array doubles when there are more
 //     members than buckets and never shrinks. When memory for it cannot be had, chains grow longer instead. A
 //     member class whose collections are small, and looked into all the time, has `kBucketsPerMember` of more
-//     than one: chains are shorter.
+//     than one: chains are shorter. One whose collections are many and mostly hold a few has `kInOneBucket`:
+//     up to so many members take no array.
 //
 // Walking while the collection changes
 //     An iterator holds its current member. Removing that member, or any other, and inserting members is
@@ -50,12 +51,17 @@ protected:
 
     // Of the key: at hand without a look at the key, which may lie elsewhere.
     std::uint32_t collectionHash() const noexcept { return bucketHash_; }
+    // For classes that want to know it of themselves at no cost: that this has been taken out of its
+    // collection, and will stand in no other. It has no next member then, and is its own.
+    void leftIs() noexcept { bucketNext_ = this; }
+    bool hasLeft() const noexcept { return bucketNext_ == this; }
 
 private:
     friend class HashMapCursor;
     friend class HashMapGeneric;
     std::uint32_t bucketHash_ = 0;
     // A counted reference, which the collection takes and gives back: a member that stands in none has none.
+    // Its own address when it `hasLeft`.
     HashMapMember * bucketNext_ = nullptr;
 };
 
@@ -567,12 +573,28 @@ public:
 private:
     // Such a key is not hashed for the only bucket of a small collection.
     static constexpr bool kHashesLate = HashMapKey<Key>::kHashesLate;
+    // With several members in a bucket as a rule, most pairs of them are told apart by their hashes.
+    static constexpr bool kOrdersByHash = [] {
+        if constexpr (requires { Member::kInOneBucket; }) {
+            return Member::kInOneBucket > 1;
+        } else {
+            return false;
+        }
+    }();
 
     static constexpr unsigned bucketsPerMember() noexcept {
         if constexpr (requires { Member::kBucketsPerMember; }) {
             return Member::kBucketsPerMember;
         } else {
             return 1;
+        }
+    }
+    // Whether one more member stands in the only bucket.
+    bool fitsOneBucket() const noexcept {
+        if constexpr (requires { Member::kInOneBucket; }) {
+            return this->onlyBucket() && this->size() < Member::kInOneBucket;
+        } else {
+            return false;
         }
     }
     static Key const & keyOf(HashMapMember const & member) noexcept {
@@ -605,7 +627,7 @@ private:
         return nullptr;
     }
     void newMemberAt(Link * link, std::uint32_t hash, Ptr<Member> member) noexcept {
-        if (!hasRoom(bucketsPerMember())) [[unlikely]] {
+        if (!hasRoom(bucketsPerMember()) && !fitsOneBucket()) [[unlikely]] {
             grow();
             link = linkAtHash(hash);
         }
@@ -622,10 +644,18 @@ private:
         return link;
     }
     static bool isBefore(HashMapMember const & member, std::uint32_t hash, Key const & key) noexcept {
-        if constexpr (HashMapKey<Key>::kOrdersByHash) {
+        if constexpr (kOrdersByHash || HashMapKey<Key>::kOrdersByHash) {
             if (bucketHash(member) != hash) return bucketHash(member) < hash;
         }
         return HashMapKey<Key>::lessThan(keyOf(member), key);
+    }
+    static bool isBefore(Key const & key, Key const & other) noexcept {
+        if constexpr (kOrdersByHash) {
+            std::uint32_t const hash = HashMapKey<Key>::hash(key);
+            std::uint32_t const otherHash = HashMapKey<Key>::hash(other);
+            if (hash != otherHash) return hash < otherHash;
+        }
+        return HashMapKey<Key>::lessThan(key, other);
     }
     [[gnu::noinline]] static Member * findFrom(HashMapMember * m, std::uint32_t hash,
                                                Key const & key) noexcept {
@@ -639,7 +669,7 @@ private:
         return nullptr;
     }
     [[gnu::cold, gnu::noinline]] static bool isPast(Key const & key, HashMapMember const & member) noexcept {
-        return HashMapKey<Key>::lessThan(key, keyOf(member));
+        return isBefore(key, keyOf(member));
     }
     static Key const & keyAt(void const * key) noexcept { return *static_cast<Key const *>(key); }
 
@@ -649,7 +679,7 @@ private:
             return HashMapKey<Key>::equals(keyOf(member), keyAt(key));
         },
         [](HashMapMember const & member, void const * key) {
-            return HashMapKey<Key>::lessThan(keyOf(member), keyAt(key));
+            return isBefore(keyOf(member), keyAt(key));
         },
         [](HashMapMember const & member) -> void const * { return &keyOf(member); }};
 };

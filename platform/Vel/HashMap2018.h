@@ -57,12 +57,10 @@ struct HashMap2018VTable {
 class HashMap2018NodeGeneric : public HashMapMember {
 public:
     // False from the moment when the entry has been removed.
-    bool isPresent() const noexcept { return present_; }
+    bool isPresent() const noexcept { return !hasLeft(); }
 
 protected:
     HashMap2018NodeGeneric() noexcept = default;
-
-    bool present_ = true;
 };
 
 // Steps over any value collection.
@@ -96,6 +94,14 @@ template <class Tag, class Key, class Value>
 class HashMap2018Node final : public HashMap2018NodeGeneric,
                               public AllocTracked<HashMap2018Node<Tag, Key, Value>> {
 public:
+    static constexpr std::uint32_t kInOneBucket = [] {
+        if constexpr (requires { Tag::kInOneBucket; }) {
+            return Tag::kInOneBucket;
+        } else {
+            return 1;
+        }
+    }();
+
     HashMap2018Node(Key key, Value value) : value_(std::move(value)), key_(std::move(key)) {}
 
     Key const & key() const noexcept { return key_; }
@@ -114,7 +120,7 @@ private:
     // Out of the way of those who let go of one of several references.
     [[gnu::noinline]] void end() const noexcept { delete this; }
 
-    Value value_;  // First, because a flag finds room beside the base.
+    Value value_;
     Key const key_;
 };
 
@@ -154,7 +160,8 @@ private:
     HashMap2018IteratorGeneric generic_;
 };
 
-// `Tag` names the attribute, so that the entries of each are tracked under a name of their own.
+// `Tag` names the attribute, so that the entries of each are tracked under a name of their own. It may say
+// `kInOneBucket`, which counts for the entries.
 template <class Tag, class Key, class Value>
 class HashMap2018 : public HashMap2018Generic {
     using Nodes = HashMap<HashMap2018Node<Tag, Key, Value>, Key, Tag>;
@@ -190,7 +197,7 @@ public:
     // Returns the entry that was taken out; null when there was none.
     Vel::Ptr<Node> valueDel(Key const & key) noexcept {
         Vel::Ptr<Node> node = nodes_.deleteMember(key);
-        if (node) node->present_ = false;
+        if (node) node->leftIs();
         return node;
     }
 
