@@ -55,9 +55,10 @@ template <class Target>
 class Round {
 public:
     template <class TargetOf>
-    Round(unsigned targets, TargetOf const & targetOf) {
-        targets_.reserve(targets);
-        for (std::uint32_t const i : Fabric::visitingOrder(targets)) targets_.push_back(targetOf(i));
+    Round(Fabric const & fabric, unsigned targets, TargetOf const & targetOf) {
+        std::vector<std::uint32_t> const order = fabric.visitingOrder(targets);
+        targets_.reserve(order.size());
+        for (std::uint32_t const i : order) targets_.push_back(targetOf(i));
     }
 
     Target const & next() {
@@ -117,7 +118,7 @@ struct Workloads {
 
         TypeChange(Subject & s, Fabric const & fabric)
             : subject(s),
-              targets(fabric.ports(), [&](unsigned i) { return s.input().port(fabric.port(i)); }) {}
+              targets(fabric, fabric.ports(), [&](unsigned i) { return s.input().port(fabric.port(i)); }) {}
         void step(Clock &) {
             Port const & port = targets.next();
             subject.setType(port, 1 + targets.round() % 3);
@@ -136,7 +137,7 @@ struct Workloads {
         Round<Target> targets;
 
         PortGroupChange(Subject & s, Fabric const & fabric)
-            : subject(s), targets(fabric.ports(), [&](unsigned i) {
+            : subject(s), targets(fabric, fabric.ports(), [&](unsigned i) {
                   auto const at = fabric.port(i);
                   auto const further = [&](unsigned steps) {
                       unsigned const now = Fabric::groupOf(at.number).value_or(0);
@@ -163,7 +164,7 @@ struct Workloads {
         Round<Target> targets;
 
         MemberPortChange(Subject & s, Fabric const & fabric)
-            : subject(s), targets(fabric.hosts() * Fabric::kFirstMember, [&](unsigned i) {
+            : subject(s), targets(fabric, fabric.hosts() * Fabric::kFirstMember, [&](unsigned i) {
                   Fabric::Port const at{i / Fabric::kFirstMember, i % Fabric::kFirstMember};
                   return Target{s.input().port(at),
                                 s.input().portGroup(at.host, (at.number + at.host) % Fabric::kGroups)};
@@ -187,7 +188,7 @@ struct Workloads {
         Round<Target> targets;
 
         EdgeFlagChange(Subject & s, Fabric const & fabric)
-            : subject(s), targets(fabric.ports(), [&](unsigned i) {
+            : subject(s), targets(fabric, fabric.ports(), [&](unsigned i) {
                   auto const from = fabric.port(i);
                   return Target{s.input().edge(from), s.input().port(fabric.otherEnd(from))};
               }) {}
@@ -205,7 +206,7 @@ struct Workloads {
         Round<Fabric::Port> targets;
 
         PortChurn(Subject & s, Fabric const & fabric)
-            : subject(s), targets(fabric.ports(), [&](unsigned i) { return fabric.port(i); }) {}
+            : subject(s), targets(fabric, fabric.ports(), [&](unsigned i) { return fabric.port(i); }) {}
         void step(Clock &) {
             Fabric::Port const at = targets.next();
             subject.input().portDel(at);
@@ -221,7 +222,7 @@ struct Workloads {
         Round<unsigned> targets;
 
         HostChurn(Subject & s, Fabric const & fabric)
-            : subject(s), targets(fabric.hosts(), [](unsigned i) { return i; }) {}
+            : subject(s), targets(fabric, fabric.hosts(), [](unsigned i) { return i; }) {}
         void step(Clock &) {
             unsigned const host = targets.next();
             subject.input().hostDel(host);
@@ -241,7 +242,7 @@ struct Workloads {
         Round<Target> targets;
 
         HostnameChange(Subject & s, Fabric const & fabric)
-            : subject(s), targets(fabric.hosts(), [&](unsigned i) {
+            : subject(s), targets(fabric, fabric.hosts(), [&](unsigned i) {
                   return Target{s.input().host(i), Text(Fabric::hostname(i)), Text(Fabric::otherHostname(i))};
               }) {}
         void step(Clock &) {

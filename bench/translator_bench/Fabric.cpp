@@ -25,7 +25,7 @@ std::string numberedHost(std::string_view before, unsigned number) {
 
 }  // namespace
 
-Fabric::Fabric(unsigned hosts) : hosts_(hosts) {
+Fabric::Fabric(unsigned hosts, unsigned mostVisited) : hosts_(hosts), mostVisited_(mostVisited) {
     assert(hosts != 0 && hosts % 2 == 0);
     std::mt19937_64 random(kWiringSeed);
     for (unsigned & spine : spineOfFirstLeaf_) spine = static_cast<unsigned>(random() % (hosts / 2));
@@ -53,11 +53,15 @@ std::string Fabric::otherHostname(unsigned host) { return numberedHost("node-", 
 std::string Fabric::mlagDomainId(unsigned host) { return numberedHost("dom-", host / 2 + 1); }
 std::uint64_t Fabric::mlagSystemId(unsigned host) { return 0x02'00'00'00'00'00 + host / 2; }
 
-std::vector<std::uint32_t> Fabric::visitingOrder(unsigned n) {
+std::vector<std::uint32_t> Fabric::visitingOrder(unsigned n) const {
     std::vector<std::uint32_t> order(n);
     std::iota(order.begin(), order.end(), 0u);
     std::mt19937_64 random(kVisitingSeed);
     for (unsigned left = n; left > 1; --left) std::swap(order[left - 1], order[random() % left]);
+    if (n > mostVisited_) {
+        order.resize(mostVisited_);
+        order.shrink_to_fit();
+    }
     return order;
 }
 

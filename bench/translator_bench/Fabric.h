@@ -12,6 +12,7 @@
 
 #include <array>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <vector>
@@ -32,8 +33,8 @@ public:
         std::uint32_t number;  // From 0, as are all numbers here; names count from 1.
     };
 
-    // REQUIRES: `hosts` is even and not 0.
-    explicit Fabric(unsigned hosts);
+    // Of whose targets a benchmark will visit so many at most. REQUIRES: `hosts` is even and not 0.
+    explicit Fabric(unsigned hosts, unsigned mostVisited = std::numeric_limits<unsigned>::max());
 
     unsigned hosts() const noexcept { return hosts_; }
     unsigned ports() const noexcept { return hosts_ * kPorts; }
@@ -57,11 +58,13 @@ public:
     static std::string mlagDomainId(unsigned host);
     static std::uint64_t mlagSystemId(unsigned host);
 
-    // 0 to n - 1 in the order in which a benchmark visits its n targets: shuffled, always in the same way.
-    static std::vector<std::uint32_t> visitingOrder(unsigned n);
+    // 0 to n - 1 in the order in which a benchmark visits its n targets: shuffled, always in the same way; as
+    // many of them as are visited.
+    std::vector<std::uint32_t> visitingOrder(unsigned n) const;
 
 private:
     unsigned hosts_;
+    unsigned mostVisited_;
     std::array<unsigned, kPorts> spineOfFirstLeaf_;
 };
 

@@ -55,7 +55,7 @@ double secondsOf(Work const & work) {
 
 template <class Subject>
 std::vector<Phase> phasesOf(unsigned hosts) {
-    Fabric const fabric(hosts);
+    Fabric const fabric(hosts, kScaleChanges);
     std::optional<Subject> subject;
     unsigned phases = 3;
     forEachWorkload<Subject>(

@@ -678,9 +678,7 @@ private:
         [](HashMapMember const & member, void const * key) {
             return HashMapKey<Key>::equals(keyOf(member), keyAt(key));
         },
-        [](HashMapMember const & member, void const * key) {
-            return isBefore(keyOf(member), keyAt(key));
-        },
+        [](HashMapMember const & member, void const * key) { return isBefore(keyOf(member), keyAt(key)); },
         [](HashMapMember const & member) -> void const * { return &keyOf(member); }};
 };
 
