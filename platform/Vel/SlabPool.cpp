@@ -33,8 +33,9 @@ constexpr std::size_t kChunkBytes = kHugePage;
 // The system's allocator keeps its own words between two pieces. Left to it, they let chunks lie side by
 // side.
 constexpr std::size_t kChunkMargin = 64;
-constexpr unsigned kSlabsPerChunk = kChunkBytes / kSlabBytes - 1;
-constexpr std::uint32_t kAllSlabs = (std::uint32_t{1} << kSlabsPerChunk) - 1;
+constexpr unsigned kSlabsPerChunk = kChunkBytes / kSlabBytes;
+constexpr std::uint32_t kAllSlabs = ~std::uint32_t{0};
+static_assert(kSlabsPerChunk == 32);
 constexpr unsigned kCellsPerWord = 64;
 constexpr std::size_t kWords = kSlabBytes / SlabPool::kSmallestCell / kCellsPerWord + 1;
 
@@ -177,21 +178,21 @@ struct Chunk {
     static Chunk & of(void * cell) noexcept {
         return *reinterpret_cast<Chunk *>(static_cast<std::byte *>(cell) - offset(cell));
     }
-    Slab & slabOf(void * cell) noexcept { return slabs[offset(cell) / kSlabBytes - 1]; }
+    Slab & slabOf(void * cell) noexcept { return slabs[offset(cell) / kSlabBytes]; }
     // REQUIRES: one is free.
     Slab & slabNew(std::size_t cellBytes) noexcept {
         auto const number = static_cast<unsigned>(std::countr_zero(freeSlabs));
         freeSlabs &= freeSlabs - 1;
-        // The first slab's place is that of this header.
-        auto * const where = reinterpret_cast<std::byte *>(this) + (number + 1) * kSlabBytes;
-        std::size_t const bytes = kSlabBytes - (number + 1 == kSlabsPerChunk ? kChunkMargin : 0);
-        slabs[number].init(where, bytes, cellBytes);
+        // The first slab has what this header leaves of its place.
+        std::size_t const begin = number == 0 ? sizeof(Chunk) : number * kSlabBytes;
+        std::size_t const end = (number + 1) * kSlabBytes - (number + 1 == kSlabsPerChunk ? kChunkMargin : 0);
+        slabs[number].init(reinterpret_cast<std::byte *>(this) + begin, end - begin, cellBytes);
         return slabs[number];
     }
     void slabDel(Slab const & slab) noexcept { freeSlabs |= std::uint32_t{1} << (&slab - slabs.data()); }
     bool isEmpty() const noexcept { return freeSlabs == kAllSlabs; }
 };
-static_assert(sizeof(Chunk) <= kSlabBytes);
+static_assert(sizeof(Chunk) <= kSlabBytes / 2 && sizeof(Chunk) % 64 == 0);
 
 class Pool {
 public:
@@ -231,21 +232,22 @@ public:
         return chunk;
     }
     SlabPool::Usage usage() const noexcept {
-        constexpr std::size_t kOfTheHeader = sizeof(Chunk) / kSlabsPerChunk;
-        return {chunksHeld_ * kChunkBytes, slabsInUse_ * (kSlabBytes + kOfTheHeader)};
+        // With their share of the header, the slabs of a chunk fill it.
+        return {chunksHeld_ * kChunkBytes, slabsInUse_ * kSlabBytes};
     }
 
 private:
     List<Slab> & listOf(Slab const & slab) noexcept { return slabs_[slab.cellBytes / kGranule]; }
-    // Puts a slab where it belongs that was full or is empty now. Of the slabs without a cell in use the
-    // first one of a size stays, so that one cell that comes and goes costs no slab.
+    // Puts a slab where it belongs that was full or is empty now. One without a cell in use stays where no
+    // other of its size has a free cell, so that a cell that comes and goes costs no slab.
     [[gnu::noinline]] void place(Slab & slab, bool wasFull) noexcept {
         List<Slab> & slabs = listOf(slab);
         if (wasFull) {
             if (Slab * const first = slabs.first(); first && first->cellsInUse == 0) slabDel(slabs, *first);
             slabs.pushFront(slab);
         }
-        if (slab.cellsInUse == 0 && slabs.first() != &slab) slabDel(slabs, slab);
+        bool const isOnlyOne = slabs.first() == &slab && !slab.link.next;
+        if (slab.cellsInUse == 0 && !isOnlyOne) slabDel(slabs, slab);
     }
     Slab & slabNew(std::size_t cellBytes) {
         Chunk * chunk = chunks_.first();
