@@ -31,9 +31,13 @@ public:
 
     template <class Member>
     using Members = Vel::HashMap<Member, Vel::Name, Host>;
-    struct MlagRawTag;
+    struct MlagRawTag {
+        static constexpr bool kKeyIsValuesName = true;
+    };
     using MlagRaw = Vel::HashMap2018<MlagRawTag, Vel::Name, Vel::Ptr<MlagPort>>;
-    struct LogicalPortTag;
+    struct LogicalPortTag {
+        static constexpr bool kKeyIsValuesName = true;
+    };
     using LogicalPort = Vel::HashMap2018<LogicalPortTag, Vel::Name, Vel::Ptr<PortBase const>>;
 
     // Hosts are few, and are looked up whenever anything of theirs is: the first look mostly finds the one.

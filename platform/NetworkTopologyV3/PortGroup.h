@@ -20,6 +20,7 @@ public:
     // Most groups have two or four members.
     struct MemberPortTag {
         static constexpr std::uint32_t kInOneBucket = 2;
+        static constexpr bool kKeyIsValuesName = true;
     };
     using MemberPort = Vel::HashMap2018<MemberPortTag, Vel::Name, Vel::Ptr<Port>>;
 

@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <type_traits>
 #include <utility>
 
 #include "platform/Vel/AllocTrack.h"
@@ -102,11 +103,17 @@ public:
         }
     }();
 
-    HashMap2018Node(Key key, Value value) : value_(std::move(value)), key_(std::move(key)) {}
+    HashMap2018Node(Key const & key, Value const & value) : value_(value), key_(key) {}
 
-    Key const & key() const noexcept { return key_; }
+    Key const & key() const noexcept {
+        if constexpr (kKeyIsValuesName) {
+            return value_->name();
+        } else {
+            return key_;
+        }
+    }
     Value const & value() const noexcept { return value_; }
-    Key const & collectionKey() const noexcept { return key_; }
+    Key const & collectionKey() const noexcept { return key(); }
 
     [[gnu::always_inline]] void referenceDel() const noexcept {
         if (this->referenceDelIsLast()) [[unlikely]]
@@ -120,8 +127,13 @@ private:
     // Out of the way of those who let go of one of several references.
     [[gnu::noinline]] void end() const noexcept { delete this; }
 
+    static constexpr bool kKeyIsValuesName = requires { requires Tag::kKeyIsValuesName; };
+    struct NoKey {
+        explicit NoKey(Key const &) noexcept {}
+    };
+
     Value value_;
-    Key const key_;
+    [[no_unique_address]] std::conditional_t<kKeyIsValuesName, NoKey, Key> const key_;
 };
 
 template <class Node>
@@ -161,7 +173,8 @@ private:
 };
 
 // `Tag` names the attribute, so that the entries of each are tracked under a name of their own. It may say
-// `kInOneBucket`, which counts for the entries.
+// `kInOneBucket`, which counts for the entries; and `kKeyIsValuesName`: each entry holds an object, under the
+// name of that, and so needs no key of its own; whoever replaces the object replaces the key.
 template <class Tag, class Key, class Value>
 class HashMap2018 : public HashMap2018Generic {
     using Nodes = HashMap<HashMap2018Node<Tag, Key, Value>, Key, Tag>;
