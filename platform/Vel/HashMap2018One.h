@@ -48,13 +48,13 @@ private:
     static constexpr std::uintptr_t kSingle = 1;
     static constexpr std::uintptr_t kPresent = 2;
     static constexpr std::uintptr_t kFlag = 4;
-    static constexpr std::uintptr_t kModification = 8;
+    static constexpr std::uintptr_t kRemoval = 8;
 
     HashMap2018Flag() noexcept : state_(kSingle) {}
 
     Key key_;
-    // Of an entry in a collection: these bits, and above them how often a single entry has come or gone. Or
-    // the address of the collection's table, which is even.
+    // Of an entry in a collection: these bits, and above them how often one has been taken out. Or the
+    // address of the collection's table, which is even.
     std::uintptr_t state_;
 };
 
@@ -102,7 +102,7 @@ public:
         if (!isSingle()) [[unlikely]]
             return valueInTableIs(key, flag);
         node_.key_ = key;
-        node_.state_ = (state + Node::kModification) | Node::kPresent | bit;
+        node_.state_ = state | Node::kPresent | bit;
         return true;
     }
     // Returns the entry that was taken out; nothing when there was none.
@@ -111,7 +111,7 @@ public:
             return valueInTableDel(key);
         if (!single() || !isOf(node_, key)) return std::nullopt;
         std::uintptr_t const state = node_.state_;
-        node_.state_ = (state + Node::kModification) & ~(Node::kPresent | Node::kFlag);
+        node_.state_ = (state + Node::kRemoval) & ~(Node::kPresent | Node::kFlag);
         return Node(std::exchange(node_.key_, Key()), (state & Node::kFlag) != 0);
     }
 
@@ -211,7 +211,7 @@ public:
     friend bool operator==(Iterator const & a, std::default_sentinel_t) noexcept { return !a; }
 
 private:
-    static std::uintptr_t modifications(std::uintptr_t state) noexcept { return state / Node::kModification; }
+    static std::uintptr_t removals(std::uintptr_t state) noexcept { return state / Node::kRemoval; }
 
     // At the single entry, or at the end.
     void arrive(Node const * single) noexcept {
@@ -221,7 +221,7 @@ private:
     // Where the single entry that the walk came to is now; null when it has been removed.
     Node const * inHand() const noexcept {
         if (!map_->isSingle()) return (*map_)[key_];
-        return modifications(map_->node_.state_) == modifications(state_) ? &map_->node_ : nullptr;
+        return removals(map_->node_.state_) == removals(state_) ? &map_->node_ : nullptr;
     }
     // From a single entry to what has been added since: to the one that stands there now if it comes later in
     // the order of keys, or to all in the table.

@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <map>
 #include <random>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -90,6 +91,31 @@ TEST(HashMap2018InOneBucket, WalksInTheOrderOfTheHashesWhateverComesAndGoes) {
             for (auto const & [where, each] : model) expected.push_back(each);
             ASSERT_EQ(namesIn(map), expected);
         }
+    }
+}
+
+TEST(HashMap2018InOneBucket, WalksOnceOverWhatStaysWhileOthersComeAndGo) {
+    for (unsigned seed = 0; seed < 2000; ++seed) {
+        SCOPED_TRACE(testing::Message() << "seed " << seed);
+        std::mt19937 random(seed);
+        auto const randomName = [&] { return name(static_cast<int>(random() % (seed % 8 + 2))); };
+        InOneBucket map;
+        for (int i = 0; i < 6; ++i) map.valueIs(randomName(), nullptr);
+        auto const atFirst = namesIn(map);
+        std::set<Name> stable(atFirst.begin(), atFirst.end());
+        std::map<Name, int> met;
+        for (auto i = map.iterator(); i; ++i) {
+            ++met[i->key()];
+            for (unsigned n = random() % 4; n > 0; --n) {
+                Name const key = n == 1 && random() % 2 == 0 ? i->key() : randomName();
+                if (random() % 2 == 0) {
+                    map.valueIs(key, nullptr);
+                } else if (map.valueDel(key)) {
+                    stable.erase(key);
+                }
+            }
+        }
+        for (Name const & key : stable) ASSERT_EQ(met[key], 1) << key;
     }
 }
 
