@@ -11,9 +11,12 @@
 //
 // So an entry is valid until one is added or removed. Walks survive both, as with all collections: an
 // iterator that stands on a single entry holds a copy of it, which stays readable when that has been removed.
+// Where it is now, only the iterator knows: whoever has changed the collection asks it again for the key.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <utility>
