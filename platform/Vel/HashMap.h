@@ -3,8 +3,8 @@
 // Each member carries its bucket link (a counted reference to the next member of its bucket) and the hash of
 // the key under which it was inserted. The number of buckets is a power of two; the bucket of a key is the
 // top bits of its 32-bit hash; within a bucket, members stand in the order of their keys, which for keys that
-// take long to compare begins with their hashes. A name hashes to the bit-reversed hash of its string, 0 for
-// the empty name; a pointer to the hash of its value, 0 for null.
+// take long to compare, and for members with `kInOneBucket`, begins with their hashes. A name hashes to the
+// bit-reversed hash of its string, 0 for the empty name; a pointer to the hash of its value, 0 for null.
 //
 // Growth
 //     Empty collections and those of one member need no bucket array. The array doubles when there are more
@@ -242,7 +242,8 @@ public:
     }
     // The one after `current`, which may have left; null when there is none.
     HashMapMember * after(HashMapMember const & current) noexcept {
-        if (map_->state_ != state_) [[unlikely]]
+        // The collection's state may be the same again after millions of changes.
+        if (map_->state_ != state_ || current.hasLeft()) [[unlikely]]
             return afterChange(current);
         if (HashMapMember * const next = current.bucketNext_) return next;
         // Mostly the next bucket has a member.

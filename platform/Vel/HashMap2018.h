@@ -173,8 +173,9 @@ private:
 };
 
 // `Tag` names the attribute, so that the entries of each are tracked under a name of their own. It may say
-// `kInOneBucket`, which counts for the entries; and `kKeyIsValuesName`: each entry holds an object, under the
-// name of that, and so needs no key of its own; whoever replaces the object replaces the key.
+// `kInOneBucket`, which counts for the entries; and `kKeyIsValuesName`: each entry holds an object, never
+// null, under the name of that, which never changes, and so needs no key of its own; whoever replaces the
+// object replaces the key.
 template <class Tag, class Key, class Value>
 class HashMap2018 : public HashMap2018Generic {
     using Nodes = HashMap<HashMap2018Node<Tag, Key, Value>, Key, Tag>;

@@ -11,7 +11,7 @@
 //
 // So an entry is valid until one is added or removed. Walks survive both, as with all collections: an
 // iterator that stands on a single entry holds a copy of it, which stays readable when that has been removed.
-// Where it is now, only the iterator knows: whoever has changed the collection asks it again for the key.
+// Where it is now, only the iterator knows: a reference to its key that was taken before shows the empty key.
 #pragma once
 
 #include <cstddef>
@@ -188,13 +188,14 @@ public:
         Node const * const node = inHand();
         return node ? node->key() : key_;
     }
-    // Once it has been removed, as it was when the walk came to it.
+    // Once it has been removed, as it was when the walk came to it; of an entry of the same key in a table,
+    // as that is.
     bool value() const noexcept {
         if (several_) return (*several_)->value().value();
         Node const * const node = inHand();
         return node ? node->value() : (state_ & Node::kFlag) != 0;
     }
-    // False from the moment when the entry has been removed.
+    // False from the moment when the entry has been removed, until a table has one of its key.
     bool isPresent() const noexcept { return several_ ? (*several_)->isPresent() : inHand() != nullptr; }
 
     Iterator const & operator*() const noexcept { return *this; }

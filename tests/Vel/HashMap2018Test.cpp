@@ -314,6 +314,28 @@ TEST(HashMap2018Walk, ShowsARemovedEntryUntilItMoves) {
     EXPECT_EQ(value->references(), 1U);
 }
 
+// The number by which a walk knows of changes begins anew after so many of them.
+TEST(HashMap2018Walk, ComesToItsEndAfterMillionsOfChanges) {
+    constexpr int kModifications = 1 << 22;
+    TextMap map;
+    for (int i = 0; i < 8; ++i) map.valueIs(name(i), i);
+    auto i = map.iterator();
+    map.valueDel(Name(i->key()));
+    Vel::String const text("x");
+    for (int made = 1; made < kModifications; ++made) {
+        if (made % 2 != 0) {
+            map.valueIs(text, made);
+        } else {
+            map.valueDel(text);
+        }
+    }
+    std::map<Vel::String, int> met;
+    for (int steps = 0; i && steps < 100; ++i, ++steps) ++met[i->key()];
+    EXPECT_FALSE(i);
+    for (auto const & [key, times] : met) EXPECT_EQ(times, 1) << key;
+    EXPECT_GE(met.size(), 8U) << "the one in hand, which has left, and the seven that stayed";
+}
+
 TEST(HashMap2018Walk, NeedsNoKnowledgeOfTheTypes) {
     FlagMap flags;
     NameMap names;
