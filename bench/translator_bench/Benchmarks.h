@@ -50,7 +50,8 @@ private:
     benchmark::State * state_;  // Null where nobody measures.
 };
 
-// The targets of a workload, visited one after the other, over and over: the working set is the whole model.
+// The targets of a workload, visited one after the other, over and over: the working set is the whole model,
+// or as much of it as the fabric lets a workload visit.
 template <class Target>
 class Round {
 public:

@@ -11,7 +11,7 @@
 //     members than buckets and never shrinks. When memory for it cannot be had, chains grow longer instead. A
 //     member class whose collections are small, and looked into all the time, has `kBucketsPerMember` of more
 //     than one: chains are shorter. One whose collections are many and mostly hold a few has `kInOneBucket`:
-//     up to so many members take no array.
+//     up to so many members take no array, and one more makes but two buckets.
 //
 // Walking while the collection changes
 //     An iterator holds its current member. Removing that member, or any other, and inserting members is
