@@ -8,32 +8,73 @@
 #include <ostream>
 #include <stdexcept>
 
+#include "platform/Vel/NumberHash.h"
 #include "platform/Vel/SlabPool.h"
 
 namespace Vel {
 
 namespace {
 
-// Four bytes a step; the multiplier is 2^32 divided by the golden ratio, made odd. The shifts after each
-// multiplication carry the high bits, which it mixes best, down to the low ones, which choose the bucket.
-std::uint32_t hashOf(std::string_view bytes) noexcept {
-    constexpr std::uint32_t kMultiplier = 0x9e3779b1u;
-    std::uint32_t hash = static_cast<std::uint32_t>(bytes.size()) * kMultiplier;
-    std::size_t at = 0;
-    for (; at + 4 <= bytes.size(); at += 4) {
-        std::uint32_t word;
-        std::memcpy(&word, bytes.data() + at, 4);
-        hash = (hash ^ word) * kMultiplier;
-        hash ^= hash >> 15;
-    }
-    if (at < bytes.size()) {
+// 2^32 divided by the golden ratio, made odd.
+constexpr std::uint32_t kMultiplier = 0x9e3779b1u;
+
+// The shift after the multiplication carries the high bits, which it mixes best, down to the low ones, which
+// choose the bucket.
+std::uint32_t folded(std::uint32_t hash, std::uint32_t word) noexcept {
+    hash = (hash ^ word) * kMultiplier;
+    return hash ^ hash >> 15;
+}
+
+// Four bytes a step.
+std::uint32_t folded(std::uint32_t hash, std::string_view bytes) noexcept {
+    hash = folded(hash, static_cast<std::uint32_t>(bytes.size()));
+    for (std::size_t at = 0; at < bytes.size(); at += 4) {
         std::uint32_t word = 0;
-        std::memcpy(&word, bytes.data() + at, bytes.size() - at);
-        hash = (hash ^ word) * kMultiplier;
-        hash ^= hash >> 15;
+        std::memcpy(&word, bytes.data() + at, std::min<std::size_t>(4, bytes.size() - at));
+        hash = folded(hash, word);
     }
-    hash *= 0x85ebca6bu;
-    return hash ^ hash >> 16;
+    return hash;
+}
+
+bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
+
+// The run of digits, or of other bytes, from `begin` on. Of digits as many as a number of 32 bits holds.
+std::string_view pieceAt(std::string_view bytes, std::size_t begin) noexcept {
+    bool const digits = isDigit(bytes[begin]);
+    constexpr std::size_t kMostDigits = 9;
+    std::size_t const limit = digits ? std::min(bytes.size(), begin + kMostDigits) : bytes.size();
+    std::size_t end = begin + 1;
+    while (end < limit && isDigit(bytes[end]) == digits) ++end;
+    return bytes.substr(begin, end - begin);
+}
+
+std::uint32_t numberOf(std::string_view digits) noexcept {
+    std::uint32_t number = 0;
+    for (char const digit : digits) number = number * 10 + static_cast<std::uint32_t>(digit - '0');
+    return number;
+}
+
+// What numbered names have in common is mixed, and so are all numbers but the last two.
+std::uint32_t reversedHashOf(std::string_view bytes) noexcept {
+    std::uint32_t common = 0;
+    std::uint32_t number = 0;
+    std::uint32_t numberBefore = 0;
+    std::string_view piece;
+    for (std::size_t at = 0; at < bytes.size(); at += piece.size()) {
+        piece = pieceAt(bytes, at);
+        if (!isDigit(piece[0])) {
+            common = folded(common, piece);
+            continue;
+        }
+        // Numbers with leading zeros are of a fixed width, which they have in common.
+        std::size_t const width = piece[0] == '0' && piece.size() > 1 ? piece.size() : 0;
+        common = folded(folded(common, numberBefore), ~static_cast<std::uint32_t>(width));
+        numberBefore = number;
+        number = numberOf(piece);
+    }
+    common *= 0x85ebca6bu;
+    common ^= common >> 16;
+    return bitReverse(common ^ numberHash(number)) ^ reversedGroupHash(numberBefore);
 }
 
 // Bytes at `at` as a number that is as much less than another as the bytes come before the other's.
@@ -89,7 +130,7 @@ String::Data * String::Data::newData(std::string_view bytes) {
 }
 
 String::Data::Data(std::string_view bytes) noexcept
-    : size_(static_cast<std::uint32_t>(bytes.size())), reversedHash_(bitReverse(hashOf(bytes))) {}
+    : size_(static_cast<std::uint32_t>(bytes.size())), reversedHash_(reversedHashOf(bytes)) {}
 
 int String::compare(String const & a, String const & b) noexcept {
     if (a.data_ == b.data_) return 0;
