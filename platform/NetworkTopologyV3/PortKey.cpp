@@ -5,7 +5,7 @@
 #include <ostream>
 
 #include "platform/Vel/GenericIf.h"
-#include "platform/Vel/HashMap.h"
+#include "platform/Vel/NumberHash.h"
 
 namespace NetworkTopologyV3 {
 
@@ -56,12 +56,13 @@ std::optional<std::array<std::string_view, 4>> fourTokens(std::string_view point
 
 }  // namespace
 
-// Hosts have ports of the same names, and a port name says little about its host: all bits of both hashes
-// have to reach all bits of the result.
+// Numbered ports of numbered hosts fill the buckets of a topology evenly: what makes the hash of the port's
+// name even stays as it is, and the number in the host's name, of which its hash has the `numberHash`, joins
+// it as that of a group.
 std::uint32_t PortKey::hashOf(Vel::String const & host, Kind kind, Vel::Name const & name) noexcept {
-    auto const number = static_cast<std::uint32_t>(kind);
-    std::uint64_t const both = std::uint64_t{host.reversedHash()} << 32 | name.reversedHash();
-    return (Vel::VelHashBase<false>::hashU32(both + number) & ~std::uint32_t{3}) | number;
+    auto const ofKind = static_cast<std::uint32_t>(kind);
+    std::uint32_t const ofHost = Vel::reversedOuterGroupHash(Vel::numberHash(host.hash()));
+    return ((name.reversedHash() ^ ofHost) & ~std::uint32_t{3}) | ofKind;
 }
 
 PortKey::Data::Data(Vel::String const & h, Kind kind, Vel::Name const & n) noexcept

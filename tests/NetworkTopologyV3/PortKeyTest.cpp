@@ -1,6 +1,7 @@
 #include "platform/NetworkTopologyV3/PortKey.h"
 
 #include <compare>
+#include <cstdint>
 #include <optional>
 #include <set>
 #include <sstream>
@@ -13,6 +14,7 @@
 
 #include "platform/NetworkTopologyV3/Status.h"
 #include "tests/support/Allocations.h"
+#include "tests/support/Probes.h"
 
 namespace NetworkTopologyV3 {
 
@@ -97,6 +99,54 @@ TEST(PortKey, HashesSpreadOverHostsWithTheSamePorts) {
     EXPECT_GE(hashes.size(), 16383U);
     // On average 16 stand in a bucket; 48 would be eight standard deviations more.
     for (unsigned const members : buckets) EXPECT_LT(members, 48U);
+}
+
+TEST(PortKey, NumberedPortsOfNumberedHostsHaveBucketsOfTheirOwn) {
+    for (unsigned const ports : {16U, 48U, 64U}) {
+        for (unsigned const hosts : {1U, 2U, 16U, 100U, 256U}) {
+            std::vector<std::uint32_t> hashes;
+            for (unsigned host = 1; host <= hosts; ++host) {
+                for (unsigned port = 1; port <= ports; ++port) {
+                    PortKey const key =
+                        keyOf("leaf-" + std::to_string(host), PortKey::kPort, "eth-" + std::to_string(port));
+                    hashes.push_back(key.hash());
+                }
+            }
+            EXPECT_LT(TestSupport::probes(hashes), 1.45) << hosts << " hosts of " << ports << " ports";
+        }
+    }
+}
+
+TEST(PortKey, HashesSpreadOverHostsAndPortsThatAreNumberedAtADistance) {
+    for (unsigned const ofHosts : {1U, 4U, 10U, 100U, 256U}) {
+        for (unsigned const ofPorts : {1U, 4U, 8U}) {
+            std::vector<std::uint32_t> hashes;
+            for (unsigned host = 0; host < 64; ++host) {
+                for (unsigned port = 0; port < 32; ++port) {
+                    PortKey const key = keyOf("leaf-" + std::to_string(host * ofHosts), PortKey::kPort,
+                                              "Ethernet" + std::to_string(port * ofPorts));
+                    hashes.push_back(key.hash());
+                }
+            }
+            EXPECT_LT(TestSupport::probes(hashes), 1.8) << "distances " << ofHosts << " and " << ofPorts;
+        }
+    }
+}
+
+TEST(PortKey, HashesTellHostsSlotsPortsAndKindsApart) {
+    std::unordered_set<std::uint32_t> hashes;
+    for (unsigned host = 0; host < 32; ++host) {
+        for (unsigned slot = 0; slot < 8; ++slot) {
+            for (unsigned port = 0; port < 32; ++port) {
+                std::string const name = std::to_string(slot) + "/" + std::to_string(port);
+                for (auto const kind : {PortKey::kPort, PortKey::kPortGroup, PortKey::kMlag}) {
+                    hashes.insert(keyOf("leaf-" + std::to_string(host), kind, name).hash());
+                }
+            }
+        }
+    }
+    // Of as many random numbers of 32 bits, a pair is equal once in 14 times.
+    EXPECT_GE(hashes.size(), 32U * 8 * 32 * 3 - 1);
 }
 
 TEST(PortKey, PrintsAsAJsonPointer) {
