@@ -55,17 +55,16 @@ public:
     // The counterpart of `portBase` in the version-3 host; null when there is none, or no port base.
     // REQUIRES: this finder is held by a counted reference, because the visit makes one of its own.
     NetworkTopologyV3::PortBase::Ptr find(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portBase);
-    // The same as the last thing that is asked of this finder: it gives its result away.
-    NetworkTopologyV3::PortBase::Ptr findLast(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portBase);
+    // The same by a finder of which `finder` is the only reference, and which ends with that. REQUIRES:
+    // neither is null.
+    static NetworkTopologyV3::PortBase::Ptr
+    findLast(Ptr finder, Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portBase);
 
     [[gnu::always_inline]] void referenceDel() const noexcept {
         if (referenceDelIsLast()) delete this;
     }
 
 private:
-    // Null finds nothing.
-    void visit(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portBase);
-
     // Destroyed in the reverse order: the result first.
     Vel::Ptr<NetworkTopology::HostV2 const> const hostV2_;
     Vel::Ptr<NetworkTopologyV3::Host> const hostV3_;
@@ -79,24 +78,23 @@ inline PortBaseFinder::Ptr PortBaseFinder::PortBaseFinderIs(Vel::Ptr<NetworkTopo
     return finder;
 }
 
-inline void PortBaseFinder::visit(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portBase) {
+inline NetworkTopologyV3::PortBase::Ptr
+PortBaseFinder::find(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portBase) {
     if (portBase) {
         portBase->accept(Vel::Ptr<NetworkTopology::PortBaseVisitor>(this));
     } else {
         result_ = nullptr;
     }
-}
-
-inline NetworkTopologyV3::PortBase::Ptr
-PortBaseFinder::find(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portBase) {
-    visit(portBase);
     return result_;
 }
 
 inline NetworkTopologyV3::PortBase::Ptr
-PortBaseFinder::findLast(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portBase) {
-    visit(portBase);
-    return std::move(result_);
+PortBaseFinder::findLast(Ptr finder, Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portBase) {
+    // The visit is lent the reference: one of its own would have to be counted.
+    Vel::Ptr<NetworkTopology::PortBaseVisitor> visitor = std::move(finder);
+    portBase->accept(visitor);
+    finder = Ptr::adopted(static_cast<PortBaseFinder *>(visitor.release()));
+    return std::move(finder->result_);
 }
 
 // As PortBaseFinder::PortBaseFinderIs.

@@ -293,7 +293,8 @@ V2Sm::toPortBaseV3(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portV2) {
     Vel::Ptr<NetworkTopology::HostV2 const> hostV2 = portV2->holder();
     NetworkTopologyV3::Host::Ptr hostV3 = hostV3Of(hostV2.get());
     if (!hostV3) return nullptr;
-    return PortBaseFinder::PortBaseFinderIs(std::move(hostV2), std::move(hostV3))->findLast(portV2);
+    return PortBaseFinder::findLast(PortBaseFinder::PortBaseFinderIs(std::move(hostV2), std::move(hostV3)),
+                                    portV2);
 }
 
 NetworkTopologyV3::Port * V2Sm::toPortV3(Vel::Ptr<NetworkTopology::PortV2 const> const & portV2) {
