@@ -12,10 +12,10 @@
 namespace Vel {
 
 // For the number that tells the members of one group apart. All 2^k multiples of 2^j from a multiple of
-// 2^(j+k) on differ in the low k bits of their hashes, whatever j and k are; others spread as random ones do.
-// The bits of the number are multiplied, modulo 2, by Pascal's triangle, as the generators of low-discrepancy
-// point sets do (H. Faure, Acta Arithmetica 41, 1982). Every number has a hash of its own; the function is
-// its own inverse.
+// 2^(j+k) on differ in the low k bits of their hashes, whatever j and k are; others spread about as random
+// ones do. The bits of the number are multiplied, modulo 2, by Pascal's triangle, as the generators of
+// low-discrepancy point sets do (H. Faure, Acta Arithmetica 41, 1982). Every number has a hash of its own;
+// the function is its own inverse.
 constexpr std::uint32_t numberHash(std::uint32_t number) noexcept {
     number ^= number >> 1 & 0x55555555u;
     number ^= number >> 2 & 0x33333333u;
@@ -25,8 +25,9 @@ constexpr std::uint32_t numberHash(std::uint32_t number) noexcept {
 }
 
 // For the numbers of groups and of what these are in, whose reversed hashes these are: combined by exclusive
-// or with that of a member they spread more evenly than at random, whatever the distance of the numbers. The
-// multipliers were searched for that. Two, because a name with two numbers may be in a group of another name.
+// or with that of a member they spread more evenly than at random for most distances between the numbers, and
+// not much less evenly for the rest. The multipliers were searched for that. There are two, because the
+// members of a group may be groups themselves.
 constexpr std::uint32_t reversedGroupHash(std::uint32_t number) noexcept { return number * 0x8d8383f5u; }
 constexpr std::uint32_t reversedOuterGroupHash(std::uint32_t number) noexcept { return number * 0xb2795275u; }
 
