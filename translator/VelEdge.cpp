@@ -48,7 +48,8 @@ NetworkTopologyV3::DirectedEdge::Ptr V2Sm::VelEdge::createV3Edge() {
 }
 
 void V2Sm::VelEdge::onToPort(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & toPort) {
-    if (!velMarkedForDeletion()) handleToPort(toPort);
+    if (!velMarkedForDeletion()) [[likely]]
+        handleToPort(toPort);
 }
 
 void V2Sm::VelEdge::onToPortvelImmediate() {}
@@ -78,10 +79,12 @@ void V2Sm::VelEdge::writeAllToPorts() {
 // Compiled into its callers, of which one is on the path of each change.
 [[gnu::always_inline]] inline void
 V2Sm::VelEdge::writeToPort(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & toPort) {
-    if (!sm_ || !notifier()) return;
+    if (!sm_ || !notifier()) [[unlikely]]
+        return;
     Vel::fetch(v3Edge_.get());
     auto const portV3 = sm_->toPortBaseV3(toPort);
-    if (!portV3 || !v3Edge_) return;
+    if (!portV3 || !v3Edge_) [[unlikely]]
+        return;
     if (auto const * const entry = notifier()->toPortEntry(toPort)) {
         v3Edge_->toPortIs(portV3->portKey(), entry->value());
     } else {

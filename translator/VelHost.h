@@ -153,7 +153,8 @@ public:
     using PtrConst = Vel::Ptr<Reactor const>;
 
     void hasNotificationActiveIs(bool active) override {
-        if (active != this->hasNotificationActive()) Vel::PtrInterface::hasNotificationActiveIs(active);
+        if (active != this->hasNotificationActive()) [[likely]]
+            Vel::PtrInterface::hasNotificationActiveIs(active);
     }
     ~Member() override {
         assert((this->velMarkedForDeletion() || !output_) && "a leaf retires itself in its destructor");

@@ -16,7 +16,8 @@ V2Sm::VelHost::VelPortGroup::~VelPortGroup() {
 }
 
 void V2Sm::VelHost::VelPortGroup::onMemberPort(Vel::Name name) {
-    if (!velMarkedForDeletion()) handleMemberPort(std::move(name));
+    if (!velMarkedForDeletion()) [[likely]]
+        handleMemberPort(std::move(name));
 }
 
 void V2Sm::VelHost::VelPortGroup::onMemberPortvelImmediate() {}

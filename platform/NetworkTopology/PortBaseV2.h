@@ -111,7 +111,8 @@ template <class Reactor, class... Callbacks>
 void PortBaseV2::notifyKind(Callbacks const &... callbacks) const {
     // Reactors of one object follow either its kind or any; those of the latter have no such callback.
     notifiees().notify<NotifieeConst>(*this, [&callbacks](NotifieeConst & reactor) {
-        if (reactor.follows() != Kind::any) callbacks(static_cast<Reactor &>(reactor));
+        if (reactor.follows() != Kind::any) [[likely]]
+            callbacks(static_cast<Reactor &>(reactor));
     }...);
 }
 

@@ -62,13 +62,19 @@ public:
     static constexpr bool kHashesLate = true;
     static constexpr bool kOrdersByHash = true;
     // 0 for the empty key.
-    std::uint32_t hash() const noexcept { return data_ ? data_->hash : 0; }
+    std::uint32_t hash() const noexcept {
+        if (!data_) [[unlikely]]
+            return 0;
+        return data_->hash;
+    }
 
     // Whether both are copies of one key, which equal keys need not be.
     bool isSame(PortKey const & other) const noexcept { return data_ == other.data_; }
 
     friend bool operator==(PortKey const & a, PortKey const & b) noexcept {
-        return a.isSame(b) || equalData(a, b);
+        if (a.isSame(b)) [[likely]]
+            return true;
+        return equalData(a, b);
     }
     // By host, then by member; bytes, unsigned, lexicographically.
     friend VEL_EXPORT std::strong_ordering operator<=>(PortKey const & a, PortKey const & b) noexcept;

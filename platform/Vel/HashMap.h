@@ -107,7 +107,9 @@ protected:
     // The links of the bucket in which members of that hash stand, one after the other; the last one is null.
     Link * linkAtHash(std::uint32_t hash) noexcept {
         std::uint32_t const state = state_;
-        return isSingle(state) ? &single_ : &buckets_[std::uint64_t{hash} >> state % kShifts];
+        if (isSingle(state)) [[unlikely]]
+            return &single_;
+        return &buckets_[std::uint64_t{hash} >> state % kShifts];
     }
     static Link * nextLink(Link link) noexcept { return &link->bucketNext_; }
     // Whether one more member finds as many buckets for each as that.
@@ -135,8 +137,12 @@ protected:
         return Ptr<HashMapMember>::adopted(member);
     }
     // Null where there are several.
-    Link * onlyBucket() noexcept { return isSingle(state_) ? &single_ : nullptr; }
-    Link const * onlyBucket() const noexcept { return isSingle(state_) ? &single_ : nullptr; }
+    Link * onlyBucket() noexcept {
+        if (isSingle(state_)) [[unlikely]]
+            return &single_;
+        return nullptr;
+    }
+    Link const * onlyBucket() const noexcept { return const_cast<HashMapGeneric *>(this)->onlyBucket(); }
     // The only bucket's, while there is but one and that is not empty; else null.
     Link * onlyLink() noexcept { return isSingle(state_) && single_ ? &single_ : nullptr; }
     // Takes every member out, one by one, so that no chain is released recursively; frees the buckets.
@@ -174,7 +180,9 @@ protected:
     // The first member of the bucket in which members of that hash stand; null when it is empty.
     HashMapMember * startAtHash(std::uint32_t hash) const noexcept {
         std::uint32_t const state = state_;
-        return isSingle(state) ? single_ : buckets_[std::uint64_t{hash} >> state % kShifts];
+        if (isSingle(state)) [[unlikely]]
+            return single_;
+        return buckets_[std::uint64_t{hash} >> state % kShifts];
     }
     static HashMapMember * nextInBucket(HashMapMember const & member) noexcept { return member.bucketNext_; }
     void fetch(std::uint32_t hash) const noexcept {
@@ -245,7 +253,8 @@ public:
         // The collection's state may be the same again after millions of changes.
         if (map_->state_ != state_ || current.hasLeft()) [[unlikely]]
             return afterChange(current);
-        if (HashMapMember * const next = current.bucketNext_) return next;
+        if (HashMapMember * const next = current.bucketNext_) [[unlikely]]
+            return next;
         // Mostly the next bucket has a member.
         if (bucket_ < last_) {
             if (HashMapMember * const next = map_->buckets_[bucket_ + 1]) {
@@ -349,7 +358,12 @@ struct HashMapKey<String> {
     static constexpr bool kComparesFast = false;
     static std::uint32_t hash(String const & key) noexcept { return key.reversedHash(); }
     static bool isSame(String const & a, String const & b) noexcept { return a.data() == b.data(); }
-    static bool equals(String const & a, String const & b) noexcept { return a == b; }
+    // Most keys are copies of the one that is looked for.
+    static bool equals(String const & a, String const & b) noexcept {
+        if (isSame(a, b)) [[likely]]
+            return true;
+        return a == b;
+    }
     static bool lessThan(String const & a, String const & b) noexcept { return a < b; }
 };
 template <>
@@ -610,10 +624,12 @@ private:
     static Member * findIn(HashMapMember * m, std::uint32_t hash, Key const & key) noexcept {
         if constexpr (HashMapKey<Key>::kComparesFast) return findUnhashed(m, key);
         for (; m; m = nextInBucket(*m)) {
-            if (bucketHash(*m) != hash) continue;
+            if (bucketHash(*m) != hash) [[unlikely]]
+                continue;
+            if (HashMapKey<Key>::isSame(keyOf(*m), key)) [[likely]]
+                return static_cast<Member *>(m);
             // Out of line whatever goes beyond a look at both.
-            return HashMapKey<Key>::isSame(keyOf(*m), key) ? static_cast<Member *>(m)
-                                                           : findFrom(m, hash, key);
+            return findFrom(m, hash, key);
         }
         return nullptr;
     }
@@ -622,7 +638,10 @@ private:
     template <class MayBe>
     Ptr<Member> deleteFrom(Link * link, Key const & key, MayBe const & mayBe) noexcept {
         for (; *link; link = nextLink(*link)) {
-            if (mayBe(**link) && HashMapKey<Key>::equals(keyOf(**link), key)) return takenOut(*link);
+            if (!mayBe(**link)) [[unlikely]]
+                continue;
+            if (HashMapKey<Key>::equals(keyOf(**link), key)) [[likely]]
+                return takenOut(*link);
         }
         return nullptr;
     }
@@ -631,7 +650,8 @@ private:
             grow();
             link = linkAtHash(hash);
         }
-        if (*link) link = placeOf(link, hash, member->collectionKey());
+        if (*link) [[unlikely]]
+            link = placeOf(link, hash, member->collectionKey());
         newMemberG(*link, std::move(member), hash);
     }
     // What `link` points to.

@@ -23,7 +23,8 @@ public:
 
     // What `delivery` is, if it walks `list`; else null.
     static Walk * of(Delivery & delivery, NotifieeList const & list) noexcept {
-        if (delivery.notifier_) return nullptr;
+        if (delivery.notifier_) [[likely]]
+            return nullptr;
         auto & walk = static_cast<Walk &>(delivery);
         return walk.list_ == &list ? &walk : nullptr;
     }
@@ -85,18 +86,20 @@ void NotifieeList::leave(NotifieeConst & reactor) noexcept {
 void NotifieeList::leaveOthers(NotifieeConst & reactor) noexcept {
     NotifieeConst * const next = reactor.next();
     NotifieeConst * previous = &reactor;
-    if (next != &reactor) {
+    if (next != &reactor) [[unlikely]] {
         previous = last_;
         while (previous->next() != &reactor) previous = previous->next();
     }
     for (Delivery * d = Delivery::innermost_; d; d = d->outer_) {
-        if (d->called_ == &reactor) d->fate_ |= Delivery::kLeft;
+        if (d->called_ == &reactor) [[unlikely]]
+            d->fate_ |= Delivery::kLeft;
         Walk * const walk = Walk::of(*d, *this);
-        if (!walk) continue;
+        if (!walk) [[likely]]
+            continue;
         if (walk->next_ == &reactor) walk->next_ = walk->last_ == &reactor ? nullptr : next;
         if (walk->last_ == &reactor) walk->last_ = previous;
     }
-    if (next == &reactor) {
+    if (next == &reactor) [[likely]] {
         last_ = nullptr;
     } else {
         previous->nextIs(next);
@@ -147,7 +150,8 @@ NotifieeConst::~NotifieeConst() {
     heldIs();
     NotifieeList::Delivery * const innermost = NotifieeList::Delivery::innermost_;
     for (auto * d = innermost; d; d = d->outer_) {
-        if (d->called_ == this) d->fate_ |= NotifieeList::Delivery::kDestroyed;
+        if (d->called_ == this) [[unlikely]]
+            d->fate_ |= NotifieeList::Delivery::kDestroyed;
     }
     if (!isRegisteredNotifiee()) return;
     NotifieeList & list = *notifier_->notifieeList();

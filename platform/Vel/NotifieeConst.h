@@ -269,8 +269,9 @@ inline PtrInterface::NotifieeConst * NotifieeList::onlyOne() const noexcept {
 }
 
 inline bool NotifieeList::takesSimpleDelivery(std::uint32_t word) noexcept {
-    return PtrInterface::NotifieeConst::takesCallbacksAndReferences(word) &&
-           !VFPtrInterface::threadSafePointers_;
+    if (VFPtrInterface::threadSafePointers_) [[unlikely]]
+        return false;
+    return PtrInterface::NotifieeConst::takesCallbacksAndReferences(word);
 }
 
 template <class Reactor, class Callback>
@@ -301,7 +302,11 @@ void NotifieeList::notify(PtrInterface const & notifier, First const & first, Se
         if (takesSimpleDelivery(word)) [[likely]] {
             Delivery delivery(notifier, *only);
             auto & reactor = static_cast<Reactor &>(*only);
-            auto const takesSecond = [&] { return delivery.calledStayed() && only->takesCallbacks(); };
+            auto const takesSecond = [&] {
+                if (!delivery.calledStayed()) [[unlikely]]
+                    return false;
+                return only->takesCallbacks();
+            };
             try {
                 first(reactor);
             } catch (...) {
@@ -313,12 +318,13 @@ void NotifieeList::notify(PtrInterface const & notifier, First const & first, Se
                 }
                 throw;
             }
-            if (!takesSecond()) return;
-            try {
-                second(reactor);
-            } catch (...) {
-                failedAlone(reactor);
-                throw;
+            if (takesSecond()) [[likely]] {
+                try {
+                    second(reactor);
+                } catch (...) {
+                    failedAlone(reactor);
+                    throw;
+                }
             }
             return;
         }

@@ -75,7 +75,8 @@ public:
 
 private:
     void take() const noexcept {
-        if (object_) object_->referenceNew();
+        if (object_) [[likely]]
+            object_->referenceNew();
     }
     [[gnu::always_inline]] static void drop(T * object) noexcept {
         if (object) object->referenceDel();

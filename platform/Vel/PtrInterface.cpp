@@ -65,14 +65,16 @@ void PtrInterface::handleZeroRef() const noexcept {
     heldIs();
     auto * const object = const_cast<PtrInterface *>(this);
     Destructions & running = destructions;
-    if (running.nesting >= kNestingLimit && deferred(object)) [[unlikely]]
-        return;
+    if (running.nesting >= kNestingLimit) [[unlikely]] {
+        if (deferred(object)) return;
+    }
     ++running.nesting;
     object->zeroReferencesIs(true);
     // What waits is destroyed by the outermost destruction, with the nesting still counted, so that a list
     // that grows while it is worked off is still one list.
-    if (running.waiting && running.nesting == 1) [[unlikely]]
-        destroyWaiting();
+    if (running.waiting) [[unlikely]] {
+        if (running.nesting == 1) destroyWaiting();
+    }
     --running.nesting;
 }
 

@@ -98,7 +98,8 @@ protected:
 
     // The first act of a destructor that hands out references to its object.
     void heldIs() const noexcept {
-        if (!isBeingDestroyed()) flagIs(kHeld, true);
+        if (!isBeingDestroyed()) [[likely]]
+            flagIs(kHeld, true);
     }
     void notificationActiveFlagIs(bool active) const noexcept { flagIs(kNotificationActive, active); }
     // Gives a reference back and tells whether it was the last one, which leaves the end of the object to the
@@ -167,12 +168,15 @@ void fetch(Object const * object) noexcept {
 // counted (yet), because a passing reference would destroy it.
 class KeepAlive {
 public:
-    explicit KeepAlive(PtrInterface const & object) noexcept
-        : object_(object.isCounted() ? &object : nullptr) {
-        if (object_) object_->referenceNew();
+    explicit KeepAlive(PtrInterface const & object) noexcept {
+        if (!object.isCounted()) [[unlikely]]
+            return;
+        object_ = &object;
+        object.referenceNew();
     }
     ~KeepAlive() {
-        if (object_) object_->referenceDel();
+        if (object_) [[likely]]
+            object_->referenceDel();
     }
     KeepAlive(KeepAlive const &) = delete;
     KeepAlive & operator=(KeepAlive const &) = delete;
@@ -180,7 +184,7 @@ public:
     bool holds() const noexcept { return object_ != nullptr; }
 
 private:
-    PtrInterface const * object_;
+    PtrInterface const * object_ = nullptr;
 };
 
 }  // namespace Vel

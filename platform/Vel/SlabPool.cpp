@@ -159,7 +159,8 @@ struct alignas(512) Slab {
         std::uint32_t const word = cell / kCellsPerWord;
         assert((freeCells[word] >> cell % kCellsPerWord & 1) == 0 && "given back twice");
         freeCells[word] |= std::uint64_t{1} << cell % kCellsPerWord;
-        if (word < firstWord) firstWord = word;
+        if (word < firstWord) [[unlikely]]
+            firstWord = word;
         --cellsInUse;
     }
 };

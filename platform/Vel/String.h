@@ -94,7 +94,11 @@ public:
 
     // 0 for the empty string; the hash that collections use is its bit reversal.
     std::uint32_t hash() const noexcept { return data_ ? data_->hash() : 0; }
-    std::uint32_t reversedHash() const noexcept { return data_ ? data_->reversedHash() : 0; }
+    std::uint32_t reversedHash() const noexcept {
+        if (!data_) [[unlikely]]
+            return 0;
+        return data_->reversedHash();
+    }
 
     friend bool operator==(String const & a, String const & b) noexcept {
         if (a.data_ == b.data_) return true;
@@ -115,10 +119,12 @@ private:
     static int compare(String const & a, String const & b) noexcept;
     static Data * dataOf(std::string_view bytes) { return bytes.empty() ? nullptr : Data::newData(bytes); }
     void take() const noexcept {
-        if (data_) data_->references_.referenceNew();
+        if (data_) [[likely]]
+            data_->references_.referenceNew();
     }
     static void drop(Data * data) noexcept {
-        if (data) data->referenceDel();
+        if (data) [[likely]]
+            data->referenceDel();
     }
 
     Data * data_ = nullptr;

@@ -94,7 +94,11 @@ protected:
         return object->isBeingDestroyed() ? nullptr : object;
     }
     // Tells without a look at what was set.
-    bool refersTo(WeakTarget const & target) const noexcept { return handle_ && handle_ == target.handle_; }
+    bool refersTo(WeakTarget const & target) const noexcept {
+        if (!handle_) [[unlikely]]
+            return false;
+        return handle_ == target.handle_;
+    }
     void referTo(PtrInterface const & object, WeakTarget & target) {
         if (!target.handle_) [[unlikely]]
             target.begin(object);

@@ -59,7 +59,8 @@ public:
     // To be asked at each step of the walk: whether there is a new batch.
     template <class Walk>
     bool next(Walk const & walk) noexcept {
-        if (!isWorthIt_ || steps_-- != 0) return false;
+        if (!isWorthIt_ || steps_-- != 0) [[likely]]
+            return false;
         members_.clear();
         walk.ahead(kBuckets, [&](Member & member) { members_.add(&member); });
         // Those behind them, which so come last and are looked at last.
