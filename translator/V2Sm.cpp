@@ -293,6 +293,8 @@ V2Sm::toPortBaseV3(Vel::Ptr<NetworkTopology::PortBaseV2 const> const & portV2) {
     Vel::Ptr<NetworkTopology::HostV2 const> hostV2 = portV2->holder();
     NetworkTopologyV3::Host::Ptr hostV3 = hostV3Of(hostV2.get());
     if (!hostV3) return nullptr;
+    // Mostly it is a port.
+    hostV3->fetchPort(portV2->nameHash());
     return PortBaseFinder::findLast(PortBaseFinder::PortBaseFinderIs(std::move(hostV2), std::move(hostV3)),
                                     portV2);
 }

@@ -33,6 +33,8 @@ void V2Sm::VelHost::VelPortGroup::handleMemberPort(Vel::Name name) {
            "handleMemberPort");
     if (!notifier() || !v3PortGroup()) return;
     Vel::fetch(v3PortGroup().get());
+    // Mostly the member is a port of this host.
+    if (owner() && owner()->v3Host()) owner()->v3Host()->fetchPort(name.reversedHash());
     auto const * const entry = notifier()->memberPortEntry(name);
     if (!entry) {
         v3PortGroup()->memberPortDel(std::move(name));

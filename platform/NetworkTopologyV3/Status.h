@@ -77,7 +77,7 @@ public:
     Vel::Ptr<DirectedEdge const> edge(PortKey const & fromPort) const noexcept { return edge_[fromPort]; }
     DirectedEdge * findEdge(PortKey const & fromPort) const noexcept { return edge_[fromPort]; }
     // For those who will look up, or add, an edge whose key has that hash soon. Changes nothing.
-    void fetchEdge(std::uint32_t hash) const noexcept { edge_.fetch(hash); }
+    [[gnu::always_inline]] void fetchEdge(std::uint32_t hash) const noexcept { edge_.fetch(hash); }
     Vel::Ptr<DirectedEdge> edgeIs(PortKey const & fromPort);
     Vel::Ptr<DirectedEdge> edgeDel(PortKey const & fromPort);
     void edgeDelAll();

@@ -17,7 +17,7 @@ public:
     // Whether a reactor is registered.
     bool isFollowed() const noexcept { return !notifiees_.empty(); }
     // Before work that ends with a delivery.
-    void fetchReactors() const noexcept { notifiees_.fetch(); }
+    [[gnu::always_inline]] void fetchReactors() const noexcept { notifiees_.fetch(); }
 
 protected:
     Entity() noexcept = default;

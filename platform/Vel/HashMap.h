@@ -11,7 +11,7 @@
 //     members than buckets and never shrinks. When memory for it cannot be had, chains grow longer instead. A
 //     member class whose collections are small, and looked into all the time, has `kBucketsPerMember` of more
 //     than one: chains are shorter. One whose collections are many and mostly hold a few has `kInOneBucket`:
-//     up to so many members take no array, and one more makes but two buckets.
+//     up to so many members take no array.
 //
 // Walking while the collection changes
 //     An iterator holds its current member. Removing that member, or any other, and inserting members is
@@ -116,8 +116,12 @@ protected:
     bool hasRoom(unsigned bucketsPerMember) const noexcept {
         return std::uint64_t{size_} * bucketsPerMember << state_ % kShifts >> kHashBits == 0;
     }
-    // Makes twice as many buckets, or the first array; a hint.
-    [[gnu::cold]] void grow() noexcept { bucketBitsIs(std::max(bucketBits() + 1, initialBucketBits())); }
+    // Makes twice as many buckets, or the first array, with one at least for each member and one more; a
+    // hint.
+    [[gnu::cold]] void grow() noexcept {
+        auto const bits = static_cast<unsigned>(std::bit_width(size_));
+        bucketBitsIs(std::max({bucketBits() + 1, initialBucketBits(), bits}));
+    }
     // Inserts `member` under a key of that hash, where `link` points. REQUIRES: no member stands under that
     // key, `member` stands nowhere, and the key's place is there.
     void newMemberG(Link & link, Ptr<HashMapMember> member, std::uint32_t hash) noexcept {
@@ -185,7 +189,7 @@ protected:
         return buckets_[std::uint64_t{hash} >> state % kShifts];
     }
     static HashMapMember * nextInBucket(HashMapMember const & member) noexcept { return member.bucketNext_; }
-    void fetch(std::uint32_t hash) const noexcept {
+    [[gnu::always_inline]] void fetch(std::uint32_t hash) const noexcept {
         std::uint32_t const state = state_;
         if (!isSingle(state)) __builtin_prefetch(&buckets_[std::uint64_t{hash} >> state % kShifts]);
     }
@@ -521,7 +525,11 @@ public:
         return nullptr;
     }
     // For those who will look up, or add, a key of that hash soon.
-    void fetch(std::uint32_t hash) const noexcept { HashMapGeneric::fetch(hash); }
+    [[gnu::always_inline]] void fetch(std::uint32_t hash) const noexcept { HashMapGeneric::fetch(hash); }
+    // Fetches the first member of the bucket in which members of that hash stand.
+    [[gnu::always_inline]] void fetchFirst(std::uint32_t hash) const noexcept {
+        __builtin_prefetch(startAtHash(hash));
+    }
     void newMember(Ptr<Member> member) noexcept {
         std::uint32_t const hash = HashMapKey<Key>::hash(member->collectionKey());
         newMember(hash, std::move(member));

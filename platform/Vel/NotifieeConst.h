@@ -54,7 +54,7 @@ public:
     bool empty() const noexcept { return last_ == nullptr; }
 
     // Before work that ends with a delivery.
-    void fetch() const noexcept { __builtin_prefetch(last_); }
+    [[gnu::always_inline]] void fetch() const noexcept { __builtin_prefetch(last_); }
 
     // Calls `callback(reactor)` on every reactor that is to get the change; `Reactor` is the reactor class
     // that every member of the list has.

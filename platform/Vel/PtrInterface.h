@@ -153,8 +153,11 @@ inline void PtrInterface::referenceDelPlain() const noexcept {
 
 // Begins to fetch an object into the processor's caches that is going to be needed after some other work.
 // Changes nothing; null is allowed.
+//
+// This, and whatever else does nothing but fetch, is always compiled in place: a call of it is without effect
+// for g++, which leaves it out.
 template <class Object>
-void fetch(Object const * object) noexcept {
+[[gnu::always_inline]] inline void fetch(Object const * object) noexcept {
     constexpr std::size_t kCacheLine = 64;
     __builtin_prefetch(object);
     if constexpr (sizeof(Object) > kCacheLine) {

@@ -214,8 +214,8 @@ FAULTS = [
     Fault(
         "retired-group-writes",
         "translator/VelPortGroup.cpp",
-        "if (!velMarkedForDeletion()) handleMemberPort(std::move(name));",
-        "handleMemberPort(std::move(name));",
+        "if (!velMarkedForDeletion()) [[likely]]",
+        "if (true)",
         "a retired reactor whose notifications are on mirrors member ports",
     ),
     Fault(
